@@ -1,0 +1,99 @@
+#include "album/album_file.h"
+
+#include "album/binary_codec.h"
+#include "album/encoding.h"
+#include "album/file_io.h"
+#include "album/paths.h"
+#include "album/record_fields.h"
+
+namespace brindle {
+
+bool isAlbumFormat(const std::string& format) {
+    return format == kAlbumFormat || format == kAlbumFormatOlder;
+}
+
+FileResult decodeAlbum(std::string_view bytes, AlbumFile& out, const std::string& path) {
+    FileResult result{FileStatus::Ok, path, {}};
+    BinaryReader reader(bytes);
+    try {
+        reader.read(out.head);
+    } catch (const CodecError& e) {
+        result.status = FileStatus::HeadUnreadable;
+        result.detail = e.what();
+        return result;
+    }
+    if (!isAlbumFormat(out.head.format)) {
+        result.status = FileStatus::InvalidFormat;
+        return result;
+    }
+    try {
+        reader.read(out.album);
+    } catch (const CodecError& e) {
+        result.status = FileStatus::RecordUnreadable;
+        result.detail = e.what();
+    }
+    return result;
+}
+
+FileResult encodeAlbum(const AlbumRecord& album, std::string& bytes) {
+    FileResult result;
+    BinaryWriter writer;
+    try {
+        writer.write(FileHead{kAlbumFormat, kContact});
+        writer.write(album);
+    } catch (const CodecError& e) {
+        result.status = FileStatus::WriteFailed;
+        result.detail = e.what();
+        return result;
+    }
+    bytes = writer.bytes();
+    return result;
+}
+
+FileResult readAlbumFile(const std::string& path, AlbumFile& out) {
+    std::string bytes;
+    IoResult io = readWholeFile(path, bytes);
+    if (!io.ok) return {FileStatus::OpenFailed, path, io.error};
+    return decodeAlbum(bytes, out, path);
+}
+
+FileResult writeAlbumFile(const std::string& path, const AlbumRecord& album) {
+    std::string bytes;
+    FileResult result = encodeAlbum(album, bytes);
+    result.path = path;
+    if (!result.ok()) return result;
+    IoResult io = writeFileAtomic(path, bytes);
+    if (!io.ok) {
+        result.status = FileStatus::WriteFailed;
+        result.detail = io.error;
+    }
+    return result;
+}
+
+void finishAlbumLoad(AlbumRecord& album, const std::string& path) {
+    album.modified = kFalse;
+    // Files from before the menu colours carry three zeros.
+    if (album.menuColor1 == 0 && album.menuColor2 == 0 && album.menuColor3 == 0) {
+        album.menuColor1 = 0x800000;
+        album.menuColor2 = 0x00FFFF;
+        album.menuColor3 = 0xFFFFFF;
+    }
+    for (int i = 1; i <= album.pages.upper(); ++i) album.pages[i].slot = 0;
+    if (endsWithNoCase(path, "album.vor")) {
+        album.fileName.clear();
+        album.title = "Album";
+        album.modified = kFalse;
+    } else {
+        teilePfad(path, album.directory, album.fileName);
+        album.title = utf8Left(album.fileName, utf8Length(album.fileName) >= 4 ? utf8Length(album.fileName) - 4 : 0);
+    }
+}
+
+void prepareAlbumSave(AlbumRecord& album, const std::string& path) {
+    album.modified = kFalse;
+    teilePfad(path, album.directory, album.fileName);
+    std::size_t len = utf8Length(album.fileName);
+    album.title = utf8Left(album.fileName, len >= 4 ? len - 4 : 0);
+}
+
+}  // namespace brindle

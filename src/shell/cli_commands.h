@@ -1,0 +1,18 @@
+// The commands of brindlesee-cli. Each takes its own arguments (after the
+// command word) and returns the exit status.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace brindle::cli {
+
+using Args = std::vector<std::string>;
+
+int info(const Args& args);
+int resave(const Args& args);
+
+// Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
+int fail(const std::string& message);
+
+}  // namespace brindle::cli

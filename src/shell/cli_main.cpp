@@ -1,0 +1,39 @@
+// brindlesee-cli: Brindlesee's work without windows.
+#include <cstring>
+#include <iostream>
+#include <map>
+
+#include "shell/cli_commands.h"
+
+namespace {
+
+struct Command {
+    int (*run)(const brindle::cli::Args&);
+    const char* usage;
+};
+
+const std::map<std::string, Command>& commands() {
+    using namespace brindle::cli;
+    static const std::map<std::string, Command> table = {
+        {"info", {info, "info FILE            print an album, page or options file as JSON"}},
+        {"resave", {resave, "resave IN OUT        read IN and write it again to OUT"}},
+    };
+    return table;
+}
+
+void printHelp() {
+    std::cout << "usage: brindlesee-cli COMMAND [ARGS]\n\ncommands:\n";
+    for (const auto& [name, cmd] : commands()) std::cout << "  " << cmd.usage << "\n";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2 || !std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "-h")) {
+        printHelp();
+        return argc < 2 ? 1 : 0;
+    }
+    auto it = commands().find(argv[1]);
+    if (it == commands().end()) return brindle::cli::fail(std::string("unknown command: ") + argv[1]);
+    return it->second.run(brindle::cli::Args(argv + 2, argv + argc));
+}
