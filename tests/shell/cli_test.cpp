@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+
+#include "album/album_file.h"
+#include "album/page_file.h"
+#include "support/temp_home.h"
+
+namespace brindle {
+namespace {
+
+struct CliRun {
+    int status = -1;
+    std::string out;
+};
+
+// Runs brindlesee-cli with the arguments; stderr goes to the folder's "err".
+class CliTest : public test::TempHomeTest {
+protected:
+    CliRun cli(const std::string& args) {
+        CliRun r;
+        std::string cmd = std::string(BRINDLESEE_CLI) + " " + args + " 2>" + path("err");
+        FILE* p = ::popen(cmd.c_str(), "r");
+        std::array<char, 4096> buf{};
+        for (std::size_t n; (n = std::fread(buf.data(), 1, buf.size(), p)) > 0;) r.out.append(buf.data(), n);
+        int st = ::pclose(p);
+        r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
+        return r;
+    }
+    std::string err() { return readBytes("err"); }
+    std::string q(const std::string& name) { return "'" + path(name) + "'"; }
+};
+
+TEST_F(CliTest, InfoPrintsTheAlbumInFieldOrder) {
+    AlbumRecord album;
+    ladeStandards(album, "/p/");
+    album.pages.add() = PageEntry{"Seite1", "Seite1.apg", "/a/", 3};
+    album.pageCount = 1;
+    album.style.textFont.name = "Grüße";
+    ASSERT_TRUE(writeAlbumFile(path("a.apr"), album).ok());
+
+    CliRun r = cli("info " + q("a.apr"));
+    ASSERT_EQ(r.status, 0) << err();
+    EXPECT_EQ(r.out.rfind("{\n  \"kind\": \"album\",\n  \"format\": \"Album Projekt: Brindlesee Pro, Version 1.0\",\n"
+                          "  \"contact\": \"E-Mail: alben@brindlesee.example\",\n  \"title\": \"Album\",\n",
+                          0),
+              0u)
+        << r.out;
+    EXPECT_NE(r.out.find("\"pages\": [{\n    \"title\": \"Seite1\",\n    \"fileName\": \"Seite1.apg\",\n"
+                         "    \"directory\": \"/a/\",\n    \"slot\": 3\n  }],\n"),
+              std::string::npos);
+    EXPECT_NE(r.out.find("\"name\": \"Grüße\""), std::string::npos);
+    EXPECT_NE(r.out.find("\"bold\": 65535"), std::string::npos);
+    EXPECT_NE(r.out.find("\"extLongs1\": null"), std::string::npos);
+    EXPECT_NE(r.out.find("\"menuOpenFlags\": []\n}\n"), std::string::npos);
+}
+
+TEST_F(CliTest, InfoOfOptionsHasNoHead) {
+    writeBytes("optionen", "");
+    CliRun bad = cli("info " + q("optionen"));
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_EQ(err(), "brindlesee-cli: Could not read the file: " + path("optionen") + " unexpected end of file\n");
+}
+
+TEST_F(CliTest, ResaveWritesAnOlderPageInTheCurrentLayout) {
+    // An older page: head, then background .. music with every array unallocated.
+    std::string older;
+    auto str = [&](const std::string& s) {
+        older += static_cast<char>(s.size() & 0xFF);
+        older += static_cast<char>(s.size() >> 8);
+        older += s;
+    };
+    str(kPageFormatOlder);
+    str("E-Mail: x");
+    str("bg.jpg");
+    older += std::string(4, '\0');                                   // colour
+    str(""); str(""); str("");                                       // buttons
+    older += std::string(28, '\0') + std::string(4, '\0');           // 7 longs, 2 arrays
+    for (int i = 0; i < 7; ++i) str("");
+    older += std::string(4, '\0');                                   // 2 arrays
+    older += std::string(4, '\0'); str(""); older += std::string(10, '\0');  // font
+    older += std::string(6, '\0');                                   // 3 element arrays
+    str("musik.mid");
+    writeBytes("alt.apg", older);
+
+    CliRun r = cli("resave " + q("alt.apg") + " " + q("neu.apg"));
+    ASSERT_EQ(r.status, 0) << err();
+    PageRecord defaults;
+    PageFile read;
+    ASSERT_TRUE(readPageFile(path("neu.apg"), defaults, read).ok());
+    EXPECT_FALSE(read.olderLayout);
+    EXPECT_EQ(read.page.background, "bg.jpg");
+    EXPECT_EQ(read.page.music, "musik.mid");
+    EXPECT_TRUE(read.page.searchBoxes.allocated());
+
+    // A current file resaved is the same file.
+    CliRun again = cli("resave " + q("neu.apg") + " " + q("neu2.apg"));
+    ASSERT_EQ(again.status, 0);
+    EXPECT_EQ(readBytes("neu.apg"), readBytes("neu2.apg"));
+}
+
+TEST_F(CliTest, BadInputGivesOneLineAndStatusOne) {
+    CliRun missing = cli("info " + q("fehlt.apr"));
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(err(), "brindlesee-cli: File not found: " + path("fehlt.apr") + "\n");
+
+    writeBytes("bild.apg", "GIF89a\x01\x00");
+    CliRun foreign = cli("info " + q("bild.apg"));
+    EXPECT_EQ(foreign.status, 1);
+    EXPECT_EQ(err(), "brindlesee-cli: Could not read the file: " + path("bild.apg") + " string longer than the rest of the file\n");
+
+    writeBytes("x.dat", std::string("\x05\x00hallo", 7));
+    EXPECT_EQ(cli("info " + q("x.dat")).status, 1);
+    EXPECT_EQ(err(), "brindlesee-cli: Could not read the format of the file: " + path("x.dat") + "\n");
+
+    EXPECT_EQ(cli("info").status, 1);
+    EXPECT_EQ(cli("frobnicate").status, 1);
+    EXPECT_EQ(err(), "brindlesee-cli: unknown command: frobnicate\n");
+}
+
+}  // namespace
+}  // namespace brindle
