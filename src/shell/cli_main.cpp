@@ -17,6 +17,11 @@ const std::map<std::string, Command>& commands() {
     static const std::map<std::string, Command> table = {
         {"info", {info, "info FILE            print an album, page or options file as JSON"}},
         {"resave", {resave, "resave IN OUT        read IN and write it again to OUT"}},
+        {"new", {newAlbum, "new ALBUM.apr        a new album from the default template with one page,\n"
+                           "                       saved beside it  [--english|--german]"}},
+        {"add-page", {addPage, "add-page ALBUM.apr PAGE.apg\n"
+                               "                       adds a page file to the album and saves it;\n"
+                               "                       --yes/--no answer every question (default yes)"}},
     };
     return table;
 }

@@ -1,0 +1,104 @@
+// The album flows: new, open and save of albums and pages, the page list,
+// recent files and the unsaved-files question. Every question goes through
+// the Prompter, every setting through the SettingsStore, and every window
+// through the PageEditorFactory, so the GUI only wires windows to them.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "album/diagnose.h"
+#include "album/page_editor.h"
+#include "album/prompter.h"
+#include "album/session_state.h"
+#include "album/settings_store.h"
+
+namespace brindle {
+
+// What the flows tell the windows around them; every member may be empty.
+struct SessionHooks {
+    std::function<void()> refreshExplorer;
+    std::function<void(const std::vector<std::string>&)> rebuildRecentMenu;
+    std::function<void(const std::string& albumDirectory)> writeSearchDatabase;
+    std::function<void()> closeSplash;
+};
+
+inline constexpr const char* kSettingsApp = "Brindlesee";
+inline constexpr const char* kRecentSection = "Recent Files";
+inline constexpr int kRecentCount = 10;
+
+class Session {
+public:
+    Session(std::string programDirectory, Prompter& prompter, SettingsStore& settings,
+            PageEditorFactory& editors, LogSink log = {});
+
+    SessionState& state() { return s_; }
+    const SessionState& state() const { return s_; }
+    AlbumRecord& album() { return s_.album; }
+    SessionHooks& hooks() { return hooks_; }
+    Language language() const { return s_.language; }
+    const LogSink& log() const { return log_; }
+    Prompter& prompter() { return prompter_; }
+
+    void AlbumNeu();
+    // False when the user broke off.
+    bool AlbumSpeichern(bool saveAs);
+    // Opens an album or template; an empty path asks with a dialog.
+    bool albumOeffnen(std::string path);
+    // Opens page `index` of the list, or a file as a new entry when index is 0.
+    void SeiteOeffnen(int index, std::string path, bool hidden);
+    int neueSeite(const std::string& title, bool hidden);
+    std::string seitenName() const;
+    int freierSlot();
+    // Saves the page of `slot`, asking first when `askFirst`. Returns kYes
+    // (go on), kNo (not saved; a page without file left the album) or kCancel.
+    int SpeicherDieseForm(int slot, bool askFirst);
+    // Save As of one page that has a file name.
+    bool SpeicherDieseFormNeu(int slot);
+    // Asks through SpeicherDieseForm, then takes the page out of the album.
+    bool seiteEntfernen(int slot);
+    // The window of `slot` closed: the slot is free again.
+    void seiteGeschlossen(int slot);
+
+    // The common writer: a ".vor" path writes a template, anything else the album.
+    bool schreibeAlbum(const std::string& path);
+    bool schreibeSeite(const std::string& path, int slot);
+    bool leseSeite(const std::string& path, int slot, bool hidden);
+
+    void merkeZuletzt(const std::string& path);
+    void ladeZuletzt();  // the list as the settings hold it
+    static std::string zuletztAnzeige(const std::string& path);
+
+    std::vector<std::string> unsavedFilesList() const;
+    // Asks when the album has unsaved changes; sets and returns `answer`.
+    int askUnsavedFiles();
+
+    // The list entry of the page in `slot`, or 0.
+    int entryOfSlot(int slot) const;
+    PageRecord& page(int slot) { return s_.pageRecords[slot]; }
+    PageEditor* editor(int slot);
+    bool isCover(const std::string& title) const;
+
+private:
+    void unloadEditor(int slot);
+    void resetPages();
+    void removeEntry(int index);
+    void showCancelledPagesMessage();
+    void repairDefaultPictures(bool withFallbacks);
+    void refresh();
+    void logLine(const std::string& text) const { brindle::logLine(log_, text); }
+    std::string msgTitleError() const { return tr(s_.language, "Fehler", "Error"); }
+    const char* t(const char* de, const char* en) const { return tr(s_.language, de, en); }
+    std::string dialogStart(const std::string& preferred) const;
+    std::vector<std::string> recentFullPaths();
+
+    SessionState s_;
+    Prompter& prompter_;
+    SettingsStore& settings_;
+    PageEditorFactory& factory_;
+    LogSink log_;
+    SessionHooks hooks_;
+};
+
+}  // namespace brindle

@@ -1,0 +1,82 @@
+// new and add-page: album flows without questions.
+#include <filesystem>
+
+#include "album/options_file.h"
+#include "album/paths.h"
+#include "album/settings_store.h"
+#include "shell/cli_commands.h"
+#include "shell/cli_prompter.h"
+#include "shell/startup.h"
+
+namespace brindle::cli {
+namespace {
+
+struct FlowOptions {
+    Args rest;
+    int answer = kYes;
+    Language lang = Language::German;
+    bool ok = true;
+};
+
+FlowOptions parseFlowOptions(const Args& args) {
+    FlowOptions f;
+    for (const std::string& a : args) {
+        if (a == "--yes") f.answer = kYes;
+        else if (a == "--no") f.answer = kNo;
+        else if (a == "--english") f.lang = Language::English;
+        else if (a == "--german") f.lang = Language::German;
+        else if (a.rfind("--", 0) == 0) f.ok = false;
+        else f.rest.push_back(a);
+    }
+    return f;
+}
+
+std::string absolute(const std::string& p) { return std::filesystem::absolute(p).lexically_normal().string(); }
+
+// Runs `flow` on a session of the user's program directory and ends it.
+template <class Flow>
+int withSession(const FlowOptions& f, const std::string& albumPath, Flow flow) {
+    const std::string prog = resolveProgramDirectory();
+    seedProgramDirectory(prog, installedResourceDirectory());
+    IniSettingsStore settings(prog + "settings.ini");
+    CliPrompter prompter;
+    prompter.answer = f.answer;
+    prompter.albumPath = albumPath;
+    NoEditorFactory editors;
+    Session session(prog, prompter, settings, editors, diagnoseSink(prog));
+    session.state().options = loadOptions(prog);
+    session.state().options.language = languageName(f.lang);
+    startAlbumApplication(session, {});
+    int rc = flow(session);
+    finishSession(session);
+    return rc;
+}
+
+}  // namespace
+
+int newAlbum(const Args& args) {
+    FlowOptions f = parseFlowOptions(args);
+    if (!f.ok || f.rest.size() != 1 || !endsWithNoCase(f.rest[0], ".apr"))
+        return fail("usage: brindlesee-cli new ALBUM.apr [--english|--german]");
+    const std::string path = absolute(f.rest[0]);
+    if (dateiVorhanden(path)) return fail("the album exists already: " + path);
+    return withSession(f, path, [&](Session& s) {
+        return s.AlbumSpeichern(true) && dateiVorhanden(path) ? 0 : fail("the album was not saved: " + path);
+    });
+}
+
+int addPage(const Args& args) {
+    FlowOptions f = parseFlowOptions(args);
+    if (!f.ok || f.rest.size() != 2)
+        return fail("usage: brindlesee-cli add-page ALBUM.apr PAGE.apg [--yes|--no] [--english|--german]");
+    const std::string album = absolute(f.rest[0]), page = absolute(f.rest[1]);
+    return withSession(f, album, [&](Session& s) {
+        if (!s.albumOeffnen(album)) return 1;
+        const int before = s.album().pageCount;
+        s.SeiteOeffnen(0, page, true);
+        if (s.album().pageCount == before) return 1;
+        return s.AlbumSpeichern(false) ? 0 : 1;
+    });
+}
+
+}  // namespace brindle::cli

@@ -1,0 +1,53 @@
+// Answers for brindlesee-cli: no questions on a terminal, the answers come
+// from the command's flags, and every message is printed to stderr.
+#pragma once
+
+#include <iostream>
+
+#include "album/page_editor.h"
+#include "album/prompter.h"
+
+namespace brindle::cli {
+
+class CliPrompter : public Prompter {
+public:
+    int answer = kYes;          // to every yes/no question
+    std::string albumPath;      // given to the album's save dialog
+
+    int message(const std::string& text, int flags, const std::string& title) override {
+        std::string line = text;
+        for (char& c : line)
+            if (c == '\r' || c == '\n') c = ' ';
+        std::cerr << "brindlesee-cli: " << title << ": " << line << "\n";
+        return (flags & 7) == kButtonsOk ? kOk : answer;
+    }
+    int askYesNoAll(const std::string& text, const std::string& title) override { return message(text, kButtonsYesNo, title); }
+    std::string openFile(const FileDialog&) override { return {}; }
+    std::string saveFile(const FileDialog& d) override {
+        return d.filterIndex == kFilterAlbum && !albumPath.empty() ? albumPath : d.proposedName;
+    }
+    std::string chooseDirectory(const std::string&, const std::string& start) override { return start; }
+    std::optional<std::string> inputText(const std::string&, const std::string&, const std::string& p) override { return p; }
+    int unsavedFiles(const std::vector<std::string>&, const std::string&) override { return answer; }
+};
+
+// Pages without windows.
+class NoEditor : public PageEditor {
+public:
+    void show() override {}
+    void activate() override {}
+    void unload() override {}
+    void setCaption(const std::string& c) override { caption_ = c; }
+    std::string caption() const override { return caption_; }
+    void setRemoveMenuText(const std::string&) override {}
+
+private:
+    std::string caption_;
+};
+
+class NoEditorFactory : public PageEditorFactory {
+public:
+    std::unique_ptr<PageEditor> create(int, std::string&) override { return std::make_unique<NoEditor>(); }
+};
+
+}  // namespace brindle::cli
