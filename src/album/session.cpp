@@ -92,6 +92,15 @@ void Session::showCancelledPagesMessage() {
 
 // ---------------------------------------------------------------- album
 
+namespace {
+bool pageFilesEqual(const DynArray<PageEntry>& x, const DynArray<PageEntry>& y) {
+    if (x.upper() != y.upper()) return false;
+    for (int i = 1; i <= x.upper(); ++i)
+        if (x[i].fileName != y[i].fileName || x[i].directory != y[i].directory) return false;
+    return true;
+}
+}  // namespace
+
 void Session::AlbumNeu() {
     logLine("Module 2 Album Neu Start");
     if (s_.album.pageCount > 0 && isTrue(s_.album.modified)) {
@@ -176,6 +185,7 @@ bool Session::AlbumSpeichern(bool saveAs) {
     }
     logLine(std::string("Module 2 Album Speichern: ") + (result ? "True" : "False"));
     if (!result) return false;
+    const DynArray<PageEntry> before = a.pages;
     for (int slot = 1; slot <= bound && slot <= s_.pageSlots.upper(); ++slot) {
         if (isTrue(s_.pageSlots[slot].free)) continue;
         if (PageEditor* e = editor(slot)) e->activate();
@@ -183,6 +193,12 @@ bool Session::AlbumSpeichern(bool saveAs) {
             showCancelledPagesMessage();
             return false;
         }
+    }
+    // Pages saved for the first time got their file names only now; the
+    // album file must know them, or the next open would lose those pages.
+    if (!pageFilesEqual(before, a.pages) && !a.fileName.empty()) {
+        a.modified = kTrue;
+        schreibeAlbum(a.directory + a.fileName);
     }
     logLine("Module 2 Album Speichern - Ende");
     return true;
