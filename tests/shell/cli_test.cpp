@@ -121,5 +121,34 @@ TEST_F(CliTest, BadInputGivesOneLineAndStatusOne) {
     EXPECT_EQ(err(), "brindlesee-cli: unknown command: frobnicate\n");
 }
 
+TEST_F(CliTest, NewAlbumAndAddPageWithoutQuestions) {
+    CliRun made = cli("new " + q("Reise.apr"));
+    ASSERT_EQ(made.status, 0) << err();
+    AlbumFile album;
+    ASSERT_TRUE(readAlbumFile(path("Reise.apr"), album).ok());
+    ASSERT_EQ(album.album.pageCount, 1);
+    EXPECT_EQ(album.album.pages[1].title, "Seite1");
+    EXPECT_EQ(album.album.pages[1].fileName, "Seite1.apg");
+    EXPECT_EQ(album.album.pages[1].directory, home());
+    EXPECT_EQ(cli("new " + q("Reise.apr")).status, 1);  // never over an existing album
+
+    PageRecord extra;
+    extra.texts.add().text = "dazu";
+    ASSERT_TRUE(writePageFile(path("Extra.apg"), extra).ok());
+    const std::string page1 = readBytes("Seite1.apg");
+    CliRun added = cli("add-page " + q("Reise.apr") + " " + q("Extra.apg"));
+    ASSERT_EQ(added.status, 0) << err();
+    ASSERT_TRUE(readAlbumFile(path("Reise.apr"), album).ok());
+    ASSERT_EQ(album.album.pageCount, 2);
+    EXPECT_EQ(album.album.pages[2].fileName, "Extra.apg");
+    EXPECT_EQ(readBytes("Seite1.apg"), page1);  // the first page is left as it was
+
+    // The same page again is refused with its path.
+    CliRun twice = cli("add-page " + q("Reise.apr") + " " + q("Extra.apg") + " --english");
+    EXPECT_EQ(twice.status, 1);
+    EXPECT_EQ(err(), "brindlesee-cli: Page loading aborted: File " + path("Extra.apg") +
+                         " allready exist at the album!\n");
+}
+
 }  // namespace
 }  // namespace brindle
