@@ -1,0 +1,179 @@
+#include "html/generation_run.h"
+
+#include <zip.h>
+
+#include <filesystem>
+
+#include "album/paths.h"
+#include "html/frameset.h"
+#include "html/page_html.h"
+
+namespace brindle::html {
+
+namespace fs = std::filesystem;
+
+std::string offeredDirectory(Session& session, bool mailMode) {
+    AlbumRecord& a = session.album();
+    std::string& remembered = mailMode ? a.mailDirectory : a.htmlDirectory;
+    if (!remembered.empty() && dateiVorhanden(remembered)) return remembered;
+    if (a.directory.empty()) return session.state().programDirectory;
+    remembered = a.directory;
+    a.modified = kTrue;
+    return remembered;
+}
+
+namespace {
+
+// Mail mode runs with reduced, linked-to-reduced pictures at mail quality;
+// the album's own settings come back afterwards.
+class MailSettings {
+public:
+    MailSettings(AlbumRecord& a, bool active) : a_(a), active_(active) {
+        if (!active_) return;
+        reduce_ = a.htmlReduce;
+        link_ = a.linkToReduced;
+        quality_ = a.htmlJpegQuality;
+        a.htmlReduce = kTrue;
+        a.linkToReduced = kTrue;
+        a.htmlJpegQuality = a.mailJpegQuality;
+    }
+    ~MailSettings() {
+        if (!active_) return;
+        a_.htmlReduce = reduce_;
+        a_.linkToReduced = link_;
+        a_.htmlJpegQuality = quality_;
+    }
+
+private:
+    AlbumRecord& a_;
+    bool active_;
+    Bool16 reduce_ = 0, link_ = 0;
+    std::int32_t quality_ = 0;
+};
+
+bool skipped(const AlbumRecord& a, int page, bool mailMode) {
+    return !mailMode && page <= a.menuOpenFlags.upper() && a.menuOpenFlags[page] != 0;
+}
+
+}  // namespace
+
+bool generiereAlbum(HtmlRun& run, const GenerationCallbacks& cb) {
+    Session& s = run.session;
+    AlbumRecord& a = s.album();
+    run.outputDirectory = withTrailingSeparator(run.outputDirectory);
+    run.overwriteAll = run.overwriteNone = false;
+    if (run.mailMode) run.usedFiles.clear();
+    if (run.mailMode) a.mailDirectory = run.outputDirectory;
+    else a.htmlDirectory = run.outputDirectory;
+    MailSettings mail(a, run.mailMode);
+
+    const int total = a.pageCount + 1 + (run.mailMode ? 1 : 0);
+    for (int i = 1; i <= a.pageCount && i <= a.pages.upper(); ++i) {
+        if (cb.cancelled && cb.cancelled()) return false;
+        if (skipped(a, i, run.mailMode)) continue;
+        const std::string title = a.pages[i].title;
+        if (cb.progress) cb.progress(i - 1, total, title + ".htm");
+        const std::string path = run.outputDirectory + title + ".htm";
+        if (a.pages[i].slot == 0) {
+            s.SeiteOeffnen(i, "", true);
+            int slot = a.pages[i].slot;
+            if (slot == 0) continue;
+            schreibeSeiteHTML(run, path, slot, i);
+            run.fileList.push_back(path);
+            if (PageEditor* e = s.editor(slot)) e->unload();
+            s.seiteGeschlossen(slot);
+        } else {
+            schreibeSeiteHTML(run, path, a.pages[i].slot, i);
+            run.fileList.push_back(path);
+        }
+    }
+    if (cb.cancelled && cb.cancelled()) return false;
+    if (cb.progress) cb.progress(a.pageCount, total, "Menü.htm");
+    schreibeMenue(run);
+    if (run.mailMode) {
+        if (cb.progress) cb.progress(a.pageCount + 1, total, a.title + ".zip");
+        std::vector<std::string> list = mailFileList(run);
+        zipAlbum(run, list, run.outputDirectory + "bs" + a.title + ".zip", run.outputDirectory, "");
+    }
+    if (cb.progress) cb.progress(total, total, "");
+    return true;
+}
+
+std::vector<std::string> mailFileList(const HtmlRun& run) {
+    std::vector<std::string> list = run.fileList;
+    for (const char* f : {"pan360.class", "bslake.class", "bsrain.class", "daten.js", "suchscr.js"})
+        if (fs::exists(run.outputDirectory + f)) list.push_back(run.outputDirectory + f);
+    std::size_t start = 0;
+    for (std::size_t at; (at = run.usedFiles.find(';', start)) != std::string::npos; start = at + 1)
+        if (at > start) list.push_back(run.outputDirectory + run.usedFiles.substr(start, at - start));
+    return list;
+}
+
+namespace {
+
+bool endsWithAny(const std::string& name, const std::string& endings) {
+    std::size_t start = 0;
+    while (start <= endings.size()) {
+        std::size_t end = endings.find_first_of(",;", start);
+        std::string e = endings.substr(start, end == std::string::npos ? std::string::npos : end - start);
+        if (!e.empty() && endsWithNoCase(name, e)) return true;
+        if (end == std::string::npos) break;
+        start = end + 1;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool zipAlbum(HtmlRun& run, std::vector<std::string>& fileList, const std::string& zipPath,
+              const std::string& baseDirectory, const std::string& ignoreEndings) {
+    const Language lang = run.language();
+    if (fileList.size() >= 1024) {
+        run.prompter().message(tr(lang, "Zu viele Files zum erstellen eines Zip Archievs (> 1024)",
+                                  "To much files to create an zip archiv (> 1024)"),
+                               kIconExclamation, tr(lang, "Achtung!", "Attention!"));
+        return false;
+    }
+    const std::string part = zipPath + ".~part";
+    std::error_code ec;
+    fs::remove(part, ec);
+    int err = 0;
+    zip_t* z = zip_open(part.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &err);
+    bool ok = z != nullptr;
+    for (std::string& f : fileList) {
+        if (!ok) break;
+        if (!fs::is_regular_file(f, ec)) continue;
+        const double kb = static_cast<double>(fs::file_size(f, ec)) / 1024.0;
+        if (kb > run.album().mailIgnoreSize && endsWithAny(f, ignoreEndings)) continue;
+        if (!baseDirectory.empty() && f.rfind(baseDirectory, 0) == 0) f = f.substr(baseDirectory.size());
+        const std::string full = f.rfind('/', 0) == 0 ? f : baseDirectory + f;
+        zip_source_t* src = zip_source_file(z, full.c_str(), 0, -1);
+        // A file staged twice stands twice in the list; the archive holds it once.
+        zip_int64_t idx = src ? zip_file_add(z, f.c_str(), src, ZIP_FL_ENC_UTF_8 | ZIP_FL_OVERWRITE) : -1;
+        if (idx < 0) {
+            if (src) zip_source_free(src);
+            ok = false;
+        } else {
+            zip_set_file_compression(z, static_cast<zip_uint64_t>(idx), ZIP_CM_DEFLATE, 9);
+        }
+    }
+    if (z && (!ok || zip_close(z) != 0)) {
+        zip_discard(z);
+        ok = false;
+    }
+    if (ok) ok = std::rename(part.c_str(), zipPath.c_str()) == 0;
+    if (!ok) {
+        fs::remove(part, ec);
+        run.prompter().message(tr(lang, "Fehler beim schreiben der Datei: ", "Error while writing the file: ") +
+                                   std::string("\r") + zipPath,
+                               kIconCritical, tr(lang, "Fehler", "Error"));
+    }
+    return ok;
+}
+
+std::string mailtoUrl(const HtmlRun& run) {
+    return "mailto:empfaenger@example.invalid ?subject=Hallo&Attach=\"" + run.outputDirectory + "bs" +
+           run.session.state().album.title + ".zip\"";
+}
+
+}  // namespace brindle::html
