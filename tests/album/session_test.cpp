@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "album/paths.h"
-#include "session_fixture.h"
+#include "support/session_fixture.h"
 
 namespace brindle {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "album/paths.h"
 #include "album/templates.h"
-#include "session_fixture.h"
+#include "support/session_fixture.h"
 
 namespace brindle {
 namespace {
