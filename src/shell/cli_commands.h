@@ -13,6 +13,7 @@ int info(const Args& args);
 int resave(const Args& args);
 int newAlbum(const Args& args);
 int addPage(const Args& args);
+int html(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

@@ -15,6 +15,9 @@ struct Command {
 const std::map<std::string, Command>& commands() {
     using namespace brindle::cli;
     static const std::map<std::string, Command> table = {
+        {"html", {html, "html ALBUM.apr OUTDIR [--mail] [--overwrite all|none]\n"
+                        "                       generates the HTML album; without --overwrite a file of\n"
+                        "                       another size is asked about on a terminal, else kept"}},
         {"info", {info, "info FILE            print an album, page or options file as JSON"}},
         {"resave", {resave, "resave IN OUT        read IN and write it again to OUT"}},
         {"new", {newAlbum, "new ALBUM.apr        a new album from the default template with one page,\n"
