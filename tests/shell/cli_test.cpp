@@ -121,6 +121,24 @@ TEST_F(CliTest, BadInputGivesOneLineAndStatusOne) {
     EXPECT_EQ(err(), "brindlesee-cli: unknown command: frobnicate\n");
 }
 
+TEST_F(CliTest, HtmlTurnsAnAlbumIntoADirectory) {
+    ASSERT_EQ(cli("new " + q("Reise.apr")).status, 0) << err();
+    CliRun made = cli("html " + q("Reise.apr") + " " + q("web"));
+    ASSERT_EQ(made.status, 0) << err();
+    EXPECT_EQ(made.out, path("web/Reise.html") + "\n");
+    EXPECT_NE(err().find("[1/2] Seite1.htm\n[2/2] Menü.htm\n"), std::string::npos) << err();
+    for (const char* f : {"web/Reise.html", "web/Seite1.htm", "web/menu.html", "web/code.html"})
+        EXPECT_FALSE(readBytes(f).empty()) << f;
+
+    CliRun mail = cli("html " + q("Reise.apr") + " " + q("web") + " --mail --overwrite none");
+    ASSERT_EQ(mail.status, 0) << err();
+    EXPECT_FALSE(readBytes("web/bsReise.zip").empty());
+    EXPECT_NE(err().find("mailto:"), std::string::npos);
+
+    EXPECT_EQ(cli("html " + q("Reise.apr") + " " + q("web") + " --overwrite maybe").status, 1);
+    EXPECT_EQ(cli("html " + q("fehlt.apr") + " " + q("web")).status, 1);
+}
+
 TEST_F(CliTest, NewAlbumAndAddPageWithoutQuestions) {
     CliRun made = cli("new " + q("Reise.apr"));
     ASSERT_EQ(made.status, 0) << err();
