@@ -1,10 +1,9 @@
 #include "album/album_file.h"
 
-#include "album/binary_codec.h"
 #include "album/encoding.h"
-#include "album/file_io.h"
 #include "album/paths.h"
 #include "album/record_fields.h"
+#include "album/record_io.h"
 
 namespace brindle {
 
@@ -15,59 +14,30 @@ bool isAlbumFormat(const std::string& format) {
 FileResult decodeAlbum(std::string_view bytes, AlbumFile& out, const std::string& path) {
     FileResult result{FileStatus::Ok, path, {}};
     BinaryReader reader(bytes);
-    try {
-        reader.read(out.head);
-    } catch (const CodecError& e) {
-        result.status = FileStatus::HeadUnreadable;
-        result.detail = e.what();
-        return result;
-    }
+    if (!tryCodec(result, FileStatus::HeadUnreadable, [&] { reader.read(out.head); })) return result;
     if (!isAlbumFormat(out.head.format)) {
         result.status = FileStatus::InvalidFormat;
         return result;
     }
-    try {
-        reader.read(out.album);
-    } catch (const CodecError& e) {
-        result.status = FileStatus::RecordUnreadable;
-        result.detail = e.what();
-    }
+    tryCodec(result, FileStatus::RecordUnreadable, [&] { reader.read(out.album); });
     return result;
 }
 
 FileResult encodeAlbum(const AlbumRecord& album, std::string& bytes) {
-    FileResult result;
-    BinaryWriter writer;
-    try {
-        writer.write(FileHead{kAlbumFormat, kContact});
-        writer.write(album);
-    } catch (const CodecError& e) {
-        result.status = FileStatus::WriteFailed;
-        result.detail = e.what();
-        return result;
-    }
-    bytes = writer.bytes();
-    return result;
+    const FileHead head{kAlbumFormat, kContact};
+    return encodeRecord(&head, album, bytes);
 }
 
 FileResult readAlbumFile(const std::string& path, AlbumFile& out) {
     std::string bytes;
-    IoResult io = readWholeFile(path, bytes);
-    if (!io.ok) return {FileStatus::OpenFailed, path, io.error};
-    return decodeAlbum(bytes, out, path);
+    FileResult r = readFileBytes(path, bytes);
+    return r.ok() ? decodeAlbum(bytes, out, path) : r;
 }
 
 FileResult writeAlbumFile(const std::string& path, const AlbumRecord& album) {
     std::string bytes;
-    FileResult result = encodeAlbum(album, bytes);
-    result.path = path;
-    if (!result.ok()) return result;
-    IoResult io = writeFileAtomic(path, bytes);
-    if (!io.ok) {
-        result.status = FileStatus::WriteFailed;
-        result.detail = io.error;
-    }
-    return result;
+    FileResult r = encodeAlbum(album, bytes);
+    return writeEncodedFile(path, r, bytes);
 }
 
 void finishAlbumLoad(AlbumRecord& album, const std::string& path) {

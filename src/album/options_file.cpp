@@ -1,7 +1,6 @@
 #include "album/options_file.h"
 
-#include "album/binary_codec.h"
-#include "album/file_io.h"
+#include "album/record_io.h"
 
 namespace brindle {
 
@@ -15,47 +14,24 @@ OptionsRecord defaultOptions() {
 FileResult decodeOptions(std::string_view bytes, OptionsRecord& out, const std::string& path) {
     FileResult result{FileStatus::Ok, path, {}};
     BinaryReader reader(bytes);
-    try {
-        reader.read(out);
-    } catch (const CodecError& e) {
-        result.status = FileStatus::RecordUnreadable;
-        result.detail = e.what();
-    }
+    tryCodec(result, FileStatus::RecordUnreadable, [&] { reader.read(out); });
     return result;
 }
 
 FileResult encodeOptions(const OptionsRecord& options, std::string& bytes) {
-    FileResult result;
-    BinaryWriter writer;
-    try {
-        writer.write(options);
-    } catch (const CodecError& e) {
-        result.status = FileStatus::WriteFailed;
-        result.detail = e.what();
-        return result;
-    }
-    bytes = writer.bytes();
-    return result;
+    return encodeRecord(static_cast<const FileHead*>(nullptr), options, bytes);
 }
 
 FileResult readOptionsFile(const std::string& path, OptionsRecord& out) {
     std::string bytes;
-    IoResult io = readWholeFile(path, bytes);
-    if (!io.ok) return {FileStatus::OpenFailed, path, io.error};
-    return decodeOptions(bytes, out, path);
+    FileResult r = readFileBytes(path, bytes);
+    return r.ok() ? decodeOptions(bytes, out, path) : r;
 }
 
 FileResult writeOptionsFile(const std::string& path, const OptionsRecord& options) {
     std::string bytes;
-    FileResult result = encodeOptions(options, bytes);
-    result.path = path;
-    if (!result.ok()) return result;
-    IoResult io = writeFileAtomic(path, bytes);
-    if (!io.ok) {
-        result.status = FileStatus::WriteFailed;
-        result.detail = io.error;
-    }
-    return result;
+    FileResult r = encodeOptions(options, bytes);
+    return writeEncodedFile(path, r, bytes);
 }
 
 OptionsRecord loadOptions(const std::string& programDirectory) {

@@ -1,9 +1,8 @@
 #include "album/page_file.h"
 
 #include "album/album_file.h"
-#include "album/binary_codec.h"
-#include "album/file_io.h"
 #include "album/record_fields.h"
+#include "album/record_io.h"
 
 namespace brindle {
 
@@ -23,13 +22,7 @@ FileResult decodePage(std::string_view bytes, const PageRecord& defaults, PageFi
                       const std::string& path) {
     FileResult result{FileStatus::Ok, path, {}};
     BinaryReader reader(bytes);
-    try {
-        reader.read(out.head);
-    } catch (const CodecError& e) {
-        result.status = FileStatus::HeadUnreadable;
-        result.detail = e.what();
-        return result;
-    }
+    if (!tryCodec(result, FileStatus::HeadUnreadable, [&] { reader.read(out.head); })) return result;
     if (!isPageFormat(out.head.format)) {
         result.status = FileStatus::InvalidFormat;
         return result;
@@ -37,61 +30,40 @@ FileResult decodePage(std::string_view bytes, const PageRecord& defaults, PageFi
     out.olderLayout = out.head.format == kPageFormatOlder;
     result.currentPageLayout = !out.olderLayout;
     out.page = defaults;
-    try {
-        if (out.olderLayout) {
-            OlderPageRecord older;
-            reader.read(older);
-            PageRecord& p = out.page;
-            p.background = std::move(older.fields.background);
-            p.backgroundColor = older.fields.backgroundColor;
-            p.props = std::move(older.fields.props);
-            p.panoramas = std::move(older.fields.panoramas);
-            p.pictures = std::move(older.fields.pictures);
-            p.texts = std::move(older.fields.texts);
-            p.music = std::move(older.fields.music);
-        } else {
+    tryCodec(result, FileStatus::RecordUnreadable, [&] {
+        if (!out.olderLayout) {
             reader.read(out.page);
+            return;
         }
-    } catch (const CodecError& e) {
-        result.status = FileStatus::RecordUnreadable;
-        result.detail = e.what();
-    }
+        OlderPageRecord older;
+        reader.read(older);
+        PageRecord& p = out.page;
+        p.background = std::move(older.fields.background);
+        p.backgroundColor = older.fields.backgroundColor;
+        p.props = std::move(older.fields.props);
+        p.panoramas = std::move(older.fields.panoramas);
+        p.pictures = std::move(older.fields.pictures);
+        p.texts = std::move(older.fields.texts);
+        p.music = std::move(older.fields.music);
+    });
     return result;
 }
 
 FileResult encodePage(const PageRecord& page, std::string& bytes) {
-    FileResult result;
-    BinaryWriter writer;
-    try {
-        writer.write(FileHead{kPageFormat, kContact});
-        writer.write(page);
-    } catch (const CodecError& e) {
-        result.status = FileStatus::WriteFailed;
-        result.detail = e.what();
-        return result;
-    }
-    bytes = writer.bytes();
-    return result;
+    const FileHead head{kPageFormat, kContact};
+    return encodeRecord(&head, page, bytes);
 }
 
 FileResult readPageFile(const std::string& path, const PageRecord& defaults, PageFile& out) {
     std::string bytes;
-    IoResult io = readWholeFile(path, bytes);
-    if (!io.ok) return {FileStatus::OpenFailed, path, io.error};
-    return decodePage(bytes, defaults, out, path);
+    FileResult r = readFileBytes(path, bytes);
+    return r.ok() ? decodePage(bytes, defaults, out, path) : r;
 }
 
 FileResult writePageFile(const std::string& path, const PageRecord& page) {
     std::string bytes;
-    FileResult result = encodePage(page, bytes);
-    result.path = path;
-    if (!result.ok()) return result;
-    IoResult io = writeFileAtomic(path, bytes);
-    if (!io.ok) {
-        result.status = FileStatus::WriteFailed;
-        result.detail = io.error;
-    }
-    return result;
+    FileResult r = encodePage(page, bytes);
+    return writeEncodedFile(path, r, bytes);
 }
 
 void fillPageTexts(PageRecord& page, const std::string& albumTitle) {

@@ -79,13 +79,15 @@ public:
     PageRecord& page(int slot) { return s_.pageRecords[slot]; }
     PageEditor* editor(int slot);
     bool isCover(const std::string& title) const;
+    // The eight default pictures through korrigierePfad; with fallbacks a
+    // path that stays missing becomes the program's own picture.
+    void repairDefaultPictures(bool withFallbacks);
 
 private:
     void unloadEditor(int slot);
     void resetPages();
     void removeEntry(int index);
     void showCancelledPagesMessage();
-    void repairDefaultPictures(bool withFallbacks);
     void refresh();
     void logLine(const std::string& text) const { brindle::logLine(log_, text); }
     std::string msgTitleError() const { return tr(s_.language, "Fehler", "Error"); }

@@ -1,7 +1,5 @@
 #include "album/templates.h"
 
-#include <zip.h>
-
 #include <filesystem>
 #include <set>
 #include <vector>
@@ -11,6 +9,7 @@
 #include "album/path_repair.h"
 #include "album/paths.h"
 #include "album/session.h"
+#include "album/zip_archive.h"
 
 namespace brindle {
 
@@ -49,58 +48,6 @@ std::vector<std::string> templatePictures(const AlbumRecord& a) {
     }
     std::erase_if(files, [](const std::string& f) { return f.empty() || !fs::is_regular_file(f); });
     return files;
-}
-
-// Archive entries must stay inside the folder they are unpacked to.
-bool isSafeEntryName(const std::string& name) {
-    if (name.empty() || isSeparator(name.front())) return false;
-    if (name.size() >= 2 && name[1] == ':') return false;
-    std::size_t start = 0;
-    while (start <= name.size()) {
-        std::size_t end = name.find_first_of("/\\", start);
-        std::string part = name.substr(start, end == std::string::npos ? std::string::npos : end - start);
-        if (part == "..") return false;
-        if (end == std::string::npos) break;
-        start = end + 1;
-    }
-    return true;
-}
-
-// Unpacks every entry into `dir`; false when the archive is damaged or
-// holds an entry that would land outside.
-bool unpackArchive(const std::string& archive, const std::string& dir) {
-    int err = 0;
-    zip_t* z = zip_open(archive.c_str(), ZIP_RDONLY | ZIP_CHECKCONS, &err);
-    if (!z) return false;
-    bool ok = true;
-    zip_int64_t n = zip_get_num_entries(z, 0);
-    for (zip_int64_t i = 0; ok && i < n; ++i) {
-        const char* raw = zip_get_name(z, static_cast<zip_uint64_t>(i), 0);
-        std::string name = raw ? raw : "";
-        if (!isSafeEntryName(name)) {
-            ok = false;
-            break;
-        }
-        if (isSeparator(name.back())) continue;  // a folder entry
-        for (char& c : name)
-            if (c == '\\') c = '/';
-        fs::path target = fs::path(dir) / name;
-        std::error_code ec;
-        fs::create_directories(target.parent_path(), ec);
-        zip_file_t* f = zip_fopen_index(z, static_cast<zip_uint64_t>(i), 0);
-        if (!f) {
-            ok = false;
-            break;
-        }
-        std::string data;
-        char buf[65536];
-        for (zip_int64_t got; (got = zip_fread(f, buf, sizeof buf)) > 0;) data.append(buf, static_cast<std::size_t>(got));
-        zip_int64_t last = zip_fread(f, buf, sizeof buf);
-        zip_fclose(f);
-        ok = last == 0 && writeFileAtomic(target.string(), data).ok;
-    }
-    zip_discard(z);
-    return ok;
 }
 
 }  // namespace
@@ -179,20 +126,7 @@ bool ladeVorlage(Session& session, const std::string& path) {
             if (!pic->empty() && !dateiVorhanden(*pic) && dateiVorhanden(vorDir + name)) *pic = vorDir + name;
         }
     }
-    struct Item {
-        std::string* path;
-        const char* fallback;
-    };
-    const std::string& prog = session.state().programDirectory;
-    const Item items[] = {
-        {&a.pageDefaults.background, "Standard-Papier.jpg"},    {&a.coverDefaults.background, "Standard-Papier.jpg"},
-        {&a.coverDefaults.props.contentsButton, "ButtonInhalt.jpg"},
-        {&a.coverDefaults.props.backButton, "ButtonZurück.jpg"}, {&a.coverDefaults.props.forwardButton, "ButtonVor.jpg"},
-        {&a.pageDefaults.props.contentsButton, "ButtonInhalt.jpg"},
-        {&a.pageDefaults.props.backButton, "ButtonZurück.jpg"},  {&a.pageDefaults.props.forwardButton, "ButtonVor.jpg"},
-    };
-    for (const Item& item : items)
-        if (!item.path->empty() && !korrigierePfad(*item.path, prog, session.log())) *item.path = prog + item.fallback;
+    session.repairDefaultPictures(true);
     return true;
 }
 
@@ -247,33 +181,16 @@ bool exportiereVorlage(Session& session, const std::string& vorPath, const std::
     std::string preview = vorPath.substr(0, vorPath.size() - 4) + ".jpg";
     if (fs::is_regular_file(preview)) files.push_back(preview);
 
-    const std::string tmpArchive = bsvPath + ".~part";
-    fs::remove(tmpArchive, ec);
-    int err = 0;
-    zip_t* z = zip_open(tmpArchive.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &err);
-    bool ok = z != nullptr;
+    std::vector<ZipEntry> entries;
     std::set<std::string> names;
     for (const std::string& f : files) {
-        if (!ok) break;
         std::string dir, name;
         teilePfad(f, dir, name);
-        if (!names.insert(name).second) continue;  // one picture per name
-        zip_source_t* src = zip_source_file(z, f.c_str(), 0, -1);
-        zip_int64_t idx = src ? zip_file_add(z, name.c_str(), src, ZIP_FL_ENC_UTF_8 | ZIP_FL_OVERWRITE) : -1;
-        if (idx < 0) {
-            if (src) zip_source_free(src);
-            ok = false;
-        } else {
-            zip_set_file_compression(z, static_cast<zip_uint64_t>(idx), ZIP_CM_DEFLATE, 9);
-        }
+        if (names.insert(name).second) entries.push_back({name, f});  // one picture per name
     }
-    if (z && (!ok || zip_close(z) != 0)) {
-        zip_discard(z);
-        ok = false;
-    }
-    if (ok) ok = std::rename(tmpArchive.c_str(), bsvPath.c_str()) == 0;
+    std::string error;
+    const bool ok = writeZipArchive(bsvPath, entries, error);
     if (!ok) {
-        fs::remove(tmpArchive, ec);
         session.prompter().message(tr(lang, "Fehler beim schreiben der Datei: ", "Error while writing the file: ") +
                                        std::string("\r") + bsvPath,
                                    kIconCritical, tr(lang, "Fehler", "Error"));
@@ -289,7 +206,7 @@ bool importiereVorlage(Session& session, const std::string& bsvPath) {
     std::error_code ec;
     fs::remove_all(staging, ec);
     fs::create_directories(staging, ec);
-    bool ok = unpackArchive(bsvPath, staging);
+    bool ok = extractZipArchive(bsvPath, staging);
     if (ok) {
         fs::create_directories(catalogue, ec);
         for (auto& e : fs::recursive_directory_iterator(staging, ec)) {

@@ -1,10 +1,9 @@
 #include "html/generation_run.h"
 
-#include <zip.h>
-
 #include <filesystem>
 
 #include "album/paths.h"
+#include "album/zip_archive.h"
 #include "html/frameset.h"
 #include "html/page_html.h"
 
@@ -134,36 +133,19 @@ bool zipAlbum(HtmlRun& run, std::vector<std::string>& fileList, const std::strin
                                kIconExclamation, tr(lang, "Achtung!", "Attention!"));
         return false;
     }
-    const std::string part = zipPath + ".~part";
     std::error_code ec;
-    fs::remove(part, ec);
-    int err = 0;
-    zip_t* z = zip_open(part.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &err);
-    bool ok = z != nullptr;
+    std::vector<ZipEntry> entries;
     for (std::string& f : fileList) {
-        if (!ok) break;
         if (!fs::is_regular_file(f, ec)) continue;
         const double kb = static_cast<double>(fs::file_size(f, ec)) / 1024.0;
         if (kb > run.album().mailIgnoreSize && endsWithAny(f, ignoreEndings)) continue;
+        const std::string full = f;
         if (!baseDirectory.empty() && f.rfind(baseDirectory, 0) == 0) f = f.substr(baseDirectory.size());
-        const std::string full = f.rfind('/', 0) == 0 ? f : baseDirectory + f;
-        zip_source_t* src = zip_source_file(z, full.c_str(), 0, -1);
-        // A file staged twice stands twice in the list; the archive holds it once.
-        zip_int64_t idx = src ? zip_file_add(z, f.c_str(), src, ZIP_FL_ENC_UTF_8 | ZIP_FL_OVERWRITE) : -1;
-        if (idx < 0) {
-            if (src) zip_source_free(src);
-            ok = false;
-        } else {
-            zip_set_file_compression(z, static_cast<zip_uint64_t>(idx), ZIP_CM_DEFLATE, 9);
-        }
+        entries.push_back({f, full});
     }
-    if (z && (!ok || zip_close(z) != 0)) {
-        zip_discard(z);
-        ok = false;
-    }
-    if (ok) ok = std::rename(part.c_str(), zipPath.c_str()) == 0;
+    std::string error;
+    const bool ok = writeZipArchive(zipPath, entries, error);
     if (!ok) {
-        fs::remove(part, ec);
         run.prompter().message(tr(lang, "Fehler beim schreiben der Datei: ", "Error while writing the file: ") +
                                    std::string("\r") + zipPath,
                                kIconCritical, tr(lang, "Fehler", "Error"));
