@@ -124,6 +124,28 @@ TEST_F(SessionTest, NoForANeverSavedPageTakesItOutOfTheAlbum) {
               std::string::npos);
 }
 
+TEST_F(SessionTest, RemovingAPageAsksOnlyWhenChangedAndTakesItOut) {
+    std::string album = writeAlbum("Reise.apr", 3);
+    Session& s = start();
+    ASSERT_TRUE(s.albumOeffnen(album));
+    s.SeiteOeffnen(2, "", false);
+    const int slot = s.album().pages[2].slot;
+    ASSERT_TRUE(s.seiteEntfernen(slot));
+    EXPECT_TRUE(prompter.asked.empty());  // saved and unchanged: no question
+    ASSERT_EQ(s.album().pageCount, 2);
+    EXPECT_EQ(s.album().pages[2].title, "Seite3");
+    EXPECT_EQ(s.album().modified, kTrue);
+    EXPECT_EQ(s.state().pageSlots[slot].free, kTrue);
+
+    // A changed page asks first; cancel keeps it.
+    s.state().pageSlots[1].modified = kTrue;
+    prompter.answers = {kCancel};
+    EXPECT_FALSE(s.seiteEntfernen(1));
+    EXPECT_EQ(prompter.asked.at(0), "message|Brindlesee [Reise]|35|Der Inhalt in [Seite1] wurde geändert.\r\n"
+                                    "Änderungen speichern?");
+    EXPECT_EQ(s.album().pageCount, 2);
+}
+
 TEST_F(SessionTest, APageTheAlbumAlreadyListsIsRefused) {
     std::string album = writeAlbum("Reise.apr", 2);
     Session& s = start(Language::English);
