@@ -51,7 +51,8 @@ function copyInstalled(from, to) {
 }
 
 // Returns the directory holding the staged album `name` of the fixtures.
-function stageAlbum(name = 'album') {
+// allMenuPictures adds the two link pictures that albums do not carry.
+function stageAlbum(name = 'album', { allMenuPictures = false } = {}) {
   const source = path.join(FIXTURES, name);
   const dir = fs.mkdtempSync(path.join(os.tmpdir(), `brindlesee-${name}-`));
   let searchBody = null;
@@ -63,7 +64,8 @@ function stageAlbum(name = 'album') {
   }
   const web = webFilesDir();
   copyInstalled(path.join(web, 'Menü', 'mtmcode.js'), path.join(dir, 'mtmcode.js'));
-  for (const picture of MENU_PICTURES) {
+  const extra = allMenuPictures ? ['menu_link_external.gif', 'menu_link_pdf.gif'] : [];
+  for (const picture of MENU_PICTURES.concat(extra)) {
     copyInstalled(path.join(web, 'Menü', 'menu-images', picture), path.join(dir, 'menu-images', picture));
   }
   for (const file of ['bseffects.js', 'panVobilder.js', 'alt.gif']) {
