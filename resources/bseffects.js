@@ -155,7 +155,7 @@
     ctx.fillRect(r.x, line, r.w, depth);
     // Glints on the wave crests.
     for (var y = 0; y < depth; y += 2) {
-      var glint = Math.pow(Math.max(0, Math.sin(y * 0.55 - phase * 1.7)), 12) * 0.16 * (1 - y / depth);
+      var glint = Math.pow(Math.max(0, Math.sin(y * 0.55 - phase * 1.7)), 12) * 0.09 * (1 - y / depth);
       if (glint > 0.01) {
         ctx.fillStyle = 'rgba(255, 255, 255, ' + glint.toFixed(3) + ')';
         ctx.fillRect(r.x, line + y, r.w, 1);
@@ -219,7 +219,7 @@
       ctx.beginPath();
       for (i = 0; i < this.drops.length; i++) {
         d = this.drops[i];
-        var rad = 0.7 + 1.9 * d.size;
+        var rad = 0.6 + 1.5 * d.size;
         var span = r.h + 2 * rad;
         var y = r.y - rad + ((d.y * span + d.v * s) % span);
         var x = r.x + ((d.x * r.w + Math.sin(s * 0.9 + d.sway) * 6 * (0.5 + d.size)) % r.w + r.w) % r.w;

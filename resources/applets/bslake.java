@@ -88,7 +88,7 @@ public class bslake extends Applet implements Runnable, MouseListener {
             int shift = (int) Math.round(Math.sin(d * 0.21 + phase) * 3 * (0.3 + k));
             // Darker and bluer with depth.
             double keep = 0.84 - 0.34 * k;
-            double glint = Math.pow(Math.max(0, Math.sin(d * 0.55 - phase * 1.7)), 12) * 0.16 * (1 - k);
+            double glint = Math.pow(Math.max(0, Math.sin(d * 0.55 - phase * 1.7)), 12) * 0.09 * (1 - k);
             int row = (line + d) * w;
             for (int x = 0; x < innerW; x++) {
                 int sx = frame + Math.max(0, Math.min(innerW - 1, x - shift));

@@ -96,7 +96,7 @@ public class bsrain extends Applet implements Runnable, MouseListener {
         if (snow) {
             g.setColor(Color.white);
             for (int i = 0; i < x.length; i++) {
-                double r = 0.7 + 1.9 * size[i];
+                double r = 0.6 + 1.5 * size[i];
                 double span = innerH + 2 * r;
                 double fy = frame - r + ((y[i] * span + v[i] * s) % span);
                 double fx = frame + (((x[i] * innerW + Math.sin(s * 0.9 + sway[i]) * 6 * (0.5 + size[i])) % innerW)
