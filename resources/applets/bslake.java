@@ -74,7 +74,16 @@ public class bslake extends Applet implements Runnable, MouseListener {
     }
 
     private void step(long millis) {
-        System.arraycopy(picture, 0, pixels, 0, pixels.length);
+        reflect(picture, pixels, w, h, frame, speed, millis);
+    }
+
+    /**
+     * Writes into out the picture (w x h, 0xRRGGBB) with the upper half of
+     * its inside (within a frame of the given width) mirrored below its
+     * middle line in waves at the time in milliseconds.
+     */
+    public static void reflect(int[] picture, int[] out, int w, int h, int frame, double speed, long millis) {
+        System.arraycopy(picture, 0, out, 0, out.length);
         int innerW = w - 2 * frame;
         int innerH = h - 2 * frame;
         int line = frame + innerH / 2;
@@ -97,7 +106,7 @@ public class bslake extends Applet implements Runnable, MouseListener {
                 r = (int) (r * keep + 14 * (1 - keep) + 255 * glint);
                 g = (int) (g * keep + 46 * (1 - keep) + 255 * glint);
                 b = (int) (b * keep + 72 * (1 - keep) + 255 * glint);
-                pixels[row + frame + x] = 0xff000000 | (Math.min(255, r) << 16) | (Math.min(255, g) << 8)
+                out[row + frame + x] = 0xff000000 | (Math.min(255, r) << 16) | (Math.min(255, g) << 8)
                         | Math.min(255, b);
             }
         }

@@ -39,10 +39,7 @@ public class bspano extends Applet implements Runnable, MouseListener {
         w = Math.max(1, getSize().width);
         h = Math.max(1, getSize().height);
         frame = (int) Math.max(0, Math.min(number(getParameter("rahmenbreite"), 0), Math.min(w, h) / 2 - 1));
-        double pause = Math.max(1, number(getParameter("speed"), 5)) * 10;
-        double step = number(getParameter("anzahl"), 1);
-        if (step == 0) step = 1;
-        velocity = step / pause * 1000;
+        velocity = velocity(getParameter("speed"), getParameter("anzahl"));
         link = getParameter("URL");
         target = getParameter("target");
         background = new BufferedImage(w, h, BufferedImage.TYPE_INT_RGB);
@@ -73,6 +70,18 @@ public class bspano extends Applet implements Runnable, MouseListener {
         started = System.currentTimeMillis();
     }
 
+    /** Pixels per second: a step of anzahl pixels after a pause of speed x 10 ms. */
+    public static double velocity(String speed, String anzahl) {
+        double pause = Math.max(1, number(speed, 5)) * 10;
+        double step = number(anzahl, 1);
+        return (step == 0 ? 1 : step) / pause * 1000;
+    }
+
+    /** How far the strip of the given width has moved at a time, 0 to width. */
+    public static double offset(double velocity, double width, long millis) {
+        return ((velocity * millis / 1000.0) % width + width) % width;
+    }
+
     /** Draws the frame at a time in milliseconds since the start. */
     public void render(Graphics out, long millis) {
         Graphics g = buffer.getGraphics();
@@ -81,7 +90,7 @@ public class bspano extends Applet implements Runnable, MouseListener {
             int innerW = w - 2 * frame, innerH = h - 2 * frame;
             int pw = picture.getWidth(null), ph = picture.getHeight(null);
             double sw = Math.max(1, pw * (double) innerH / Math.max(1, ph));
-            double offset = ((velocity * millis / 1000.0) % sw + sw) % sw;
+            double offset = offset(velocity, sw, millis);
             g.clipRect(frame, frame, innerW, innerH);
             for (double x = frame - offset; x < frame + innerW; x += sw) {
                 g.drawImage(picture, (int) Math.round(x), frame, (int) Math.ceil(sw), innerH, null);

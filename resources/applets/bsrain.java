@@ -20,7 +20,7 @@ public class bsrain extends Applet implements Runnable, MouseListener {
     private int w, h, frame;
     private boolean snow;
     private double speed;
-    private float[] x, y, size, v, sway;
+    private float[][] drops; // x, y, size, speed, sway of each drop
     private BufferedImage picture, buffer;
     private volatile Thread runner;
     private long started;
@@ -44,23 +44,8 @@ public class bsrain extends Applet implements Runnable, MouseListener {
         link = getParameter("URL");
         target = getParameter("target");
         int innerW = w - 2 * frame, innerH = h - 2 * frame;
-        int count = (int) Math.round(number(getParameter("anzahl"), 0));
-        if (count <= 0) count = innerW * innerH / (snow ? 400 : 250);
-        count = Math.max(1, Math.min(5000, count));
-        x = new float[count];
-        y = new float[count];
-        size = new float[count];
-        v = new float[count];
-        sway = new float[count];
-        // A fixed seed: the same page shows the same weather.
-        java.util.Random random = new java.util.Random(12345);
-        for (int i = 0; i < count; i++) {
-            x[i] = random.nextFloat();
-            y[i] = random.nextFloat();
-            size[i] = random.nextFloat();
-            v[i] = (float) (snow ? (14 + 9 * speed) * (0.45 + 0.8 * size[i]) : (170 + 55 * speed) * (0.75 + 0.5 * size[i]));
-            sway[i] = (float) (random.nextFloat() * Math.PI * 2);
-        }
+        int count = count(getParameter("anzahl"), snow, innerW, innerH);
+        drops = drops(count, snow, speed);
         picture = new BufferedImage(w, h, BufferedImage.TYPE_INT_RGB);
         Graphics pg = picture.getGraphics();
         pg.setColor(new Color(0x3d6680));
@@ -90,32 +75,62 @@ public class bsrain extends Applet implements Runnable, MouseListener {
     public void render(Graphics out, long millis) {
         Graphics g = buffer.getGraphics();
         g.drawImage(picture, 0, 0, null);
+        drawWeather(g, drops, snow, w, h, frame, millis);
+        g.dispose();
+        out.drawImage(buffer, 0, 0, null);
+    }
+
+    /** The number of drops: anzahl, or one for a patch of the inside. */
+    public static int count(String anzahl, boolean snow, int innerW, int innerH) {
+        int count = (int) Math.round(number(anzahl, 0));
+        if (count <= 0) count = innerW * innerH / (snow ? 400 : 250);
+        return Math.max(1, Math.min(5000, count));
+    }
+
+    /** Drops with a fixed seed: the same page shows the same weather. */
+    public static float[][] drops(int count, boolean snow, double speed) {
+        float[][] d = new float[5][count];
+        java.util.Random random = new java.util.Random(12345);
+        for (int i = 0; i < count; i++) {
+            d[0][i] = random.nextFloat();
+            d[1][i] = random.nextFloat();
+            d[2][i] = random.nextFloat();
+            d[3][i] = (float) (snow ? (14 + 9 * speed) * (0.45 + 0.8 * d[2][i])
+                    : (170 + 55 * speed) * (0.75 + 0.5 * d[2][i]));
+            d[4][i] = (float) (random.nextFloat() * Math.PI * 2);
+        }
+        return d;
+    }
+
+    /** Draws the drops at a time inside the frame of a w x h box. */
+    public static void drawWeather(Graphics g, float[][] d, boolean snow, int w, int h, int frame, long millis) {
         int innerW = w - 2 * frame, innerH = h - 2 * frame;
-        g.clipRect(frame, frame, innerW, innerH);
+        Graphics c = g.create();
+        c.clipRect(frame, frame, innerW, innerH);
         double s = millis / 1000.0;
+        float[] x = d[0], y = d[1], size = d[2], v = d[3], sway = d[4];
         if (snow) {
-            g.setColor(Color.white);
+            c.setColor(Color.white);
             for (int i = 0; i < x.length; i++) {
                 double r = 0.6 + 1.5 * size[i];
                 double span = innerH + 2 * r;
                 double fy = frame - r + ((y[i] * span + v[i] * s) % span);
                 double fx = frame + (((x[i] * innerW + Math.sin(s * 0.9 + sway[i]) * 6 * (0.5 + size[i])) % innerW)
                         + innerW) % innerW;
-                int d = (int) Math.max(1, Math.round(2 * r));
-                g.fillOval((int) Math.round(fx - r), (int) Math.round(fy - r), d, d);
+                int dia = (int) Math.max(1, Math.round(2 * r));
+                c.fillOval((int) Math.round(fx - r), (int) Math.round(fy - r), dia, dia);
             }
         } else {
-            g.setColor(new Color(214, 228, 255));
+            c.setColor(new Color(214, 228, 255));
             for (int i = 0; i < x.length; i++) {
                 double len = 7 + 9 * size[i];
                 double fall = innerH + len;
                 double fy = frame - len + ((y[i] * fall + v[i] * s) % fall);
                 double fx = frame + ((x[i] * innerW + 0.16 * (fy - frame)) % innerW);
-                g.drawLine((int) fx, (int) fy, (int) (fx + 0.16 * len), (int) (fy + len));
+                c.drawLine((int) fx, (int) fy, (int) (fx + 0.16 * len), (int) (fy + len));
             }
         }
-        g.dispose();
-        out.drawImage(buffer, 0, 0, null);
+        c.dispose();
     }
 
     public void start() {

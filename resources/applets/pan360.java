@@ -55,21 +55,8 @@ public class pan360 extends Applet implements Runnable, MouseListener, MouseMoti
         w = Math.max(1, getSize().width);
         h = Math.max(1, getSize().height);
         for (int i = 0; getParameter("URL" + i) != null; i++) {
-            String[] f = getParameter("URL" + i).split(",", -1);
-            String[] view = new String[5];
-            for (int k = 0; k < 5; k++) view[k] = k < f.length ? f[k].trim() : "";
-            views.add(view);
-            List<int[]> list = new ArrayList<int[]>();
-            for (int k = 0; k < 10; k++) {
-                int at = 10 + 5 * k;
-                if (at + 4 >= f.length) break;
-                int x1 = (int) number(f[at], 0), x2 = (int) number(f[at + 1], 0);
-                int y1 = (int) number(f[at + 2], 0), y2 = (int) number(f[at + 3], 0);
-                if (x1 == x2 || y1 == y2) continue;
-                list.add(new int[] {Math.min(x1, x2), Math.max(x1, x2), Math.min(y1, y2), Math.max(y1, y2),
-                    (int) Math.round(number(f[at + 4], 0))});
-            }
-            spots.add(list.toArray(new int[0][]));
+            views.add(view(getParameter("URL" + i)));
+            spots.add(hotspots(getParameter("URL" + i)));
         }
         buffer = new BufferedImage(w, h, BufferedImage.TYPE_INT_RGB);
         setCursor(Cursor.getPredefinedCursor(Cursor.MOVE_CURSOR));
@@ -78,6 +65,49 @@ public class pan360 extends Applet implements Runnable, MouseListener, MouseMoti
         addMouseWheelListener(this);
         if (!views.isEmpty()) show(0);
         started = System.currentTimeMillis();
+    }
+
+    /** Picture, alternative, x, y and zoom of a URLn value. */
+    public static String[] view(String value) {
+        String[] f = value.split(",", -1);
+        String[] view = new String[5];
+        for (int k = 0; k < 5; k++) view[k] = k < f.length ? f[k].trim() : "";
+        return view;
+    }
+
+    /** The hotspots of a URLn value: x1, x2, y1, y2 and target of each. */
+    public static int[][] hotspots(String value) {
+        String[] f = value.split(",", -1);
+        List<int[]> list = new ArrayList<int[]>();
+        for (int k = 0; k < 10; k++) {
+            int at = 10 + 5 * k;
+            if (at + 4 >= f.length) break;
+            int x1 = (int) number(f[at], 0), x2 = (int) number(f[at + 1], 0);
+            int y1 = (int) number(f[at + 2], 0), y2 = (int) number(f[at + 3], 0);
+            if (x1 == x2 || y1 == y2) continue;
+            list.add(new int[] {Math.min(x1, x2), Math.max(x1, x2), Math.min(y1, y2), Math.max(y1, y2),
+                (int) Math.round(number(f[at + 4], 0))});
+        }
+        return list.toArray(new int[0][]);
+    }
+
+    /**
+     * The zoom a picture of iw x ih starts with in a w x h view: "Full"
+     * fills the view, "Min" shows it whole (a picture that goes round:
+     * its full height), a number is a percentage; between the smallest
+     * zoom and four times the full one.
+     */
+    public static double startScale(String zoom, int iw, int ih, int w, int h) {
+        double contain = Math.min(w / (double) iw, h / (double) ih);
+        double cover = Math.max(w / (double) iw, h / (double) ih);
+        double min = iw >= 2.5 * ih ? h / (double) ih : contain;
+        double max = Math.max(cover, 1) * 4;
+        String z = zoom.trim().toLowerCase();
+        double s;
+        if (z.equals("min")) s = min;
+        else if (z.equals("full") || !(number(z, 0) > 0)) s = cover;
+        else s = number(z, 100) / 100;
+        return Math.max(min, Math.min(max, s));
     }
 
     private Image load(String name) {
@@ -109,18 +139,11 @@ public class pan360 extends Applet implements Runnable, MouseListener, MouseMoti
         alternative = alt;
         hover = null;
         int iw = img.getWidth(null), ih = img.getHeight(null);
-        double contain = Math.min(w / (double) iw, h / (double) ih);
-        double cover = Math.max(w / (double) iw, h / (double) ih);
         // A picture at least two and a half times as wide as high goes round.
         wrap = !alternative && iw >= 2.5 * ih;
-        minScale = wrap ? h / (double) ih : contain;
-        maxScale = Math.max(cover, 1) * 4;
-        String zoom = view[4].toLowerCase();
-        double s;
-        if (alternative || zoom.equals("min")) s = minScale;
-        else if (zoom.equals("full") || !(number(zoom, 0) > 0)) s = cover;
-        else s = number(zoom, 100) / 100;
-        scale = Math.max(minScale, Math.min(maxScale, s));
+        minScale = wrap ? h / (double) ih : Math.min(w / (double) iw, h / (double) ih);
+        maxScale = Math.max(Math.max(w / (double) iw, h / (double) ih), 1) * 4;
+        scale = alternative ? minScale : startScale(view[4], iw, ih, w, h);
         vx = alternative ? 0 : number(view[2], 0);
         vy = alternative ? 0 : number(view[3], 0);
         limit();
