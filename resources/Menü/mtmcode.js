@@ -8,6 +8,7 @@
 //
 // Where the browser keeps the frames apart (pages opened as local files)
 // nothing is touched and menu.html stays as it is: it works on its own.
+// The tree waits for the frames' load events, so MTMTimeOut is not needed.
 
 /* exported MTMenu, MTMenuItem, IconList, MTMIcon, MTMStartMenu */
 

@@ -8,11 +8,13 @@ const { stageAlbum } = require('../lib/album');
 const { serve } = require('../lib/server');
 const { launch, until, outputDir } = require('../lib/browser');
 
+let dir;
 let server;
 let browser;
 
 test.before(async () => {
-  server = await serve(stageAlbum('album'));
+  dir = stageAlbum('album');
+  server = await serve(dir);
   browser = await launch();
 });
 
@@ -46,6 +48,15 @@ test('links to pages are left alone', async () => {
   await page.click('img[alt="Vor"]');
   await until(() => page.url().endsWith('/Suchen.htm'), 'the next page');
   assert.strictEqual(browser.context.pages().length, 1);
+});
+
+test('opened as a local file, the full view window works too', async () => {
+  const page = await browser.page();
+  await page.goto('file://' + dir + '/Grüße aus Köln.htm');
+  const [popup] = await Promise.all([browser.context.waitForEvent('page'), page.click('img[src="bsthumbdom.png"]')]);
+  const picture = popup.locator('#bs-vollbild');
+  await until(() => picture.evaluate((img) => img.complete && img.naturalWidth === 600), 'the full picture');
+  await popup.close();
 });
 
 test('no page logged a JavaScript error or missed a file', () => {
