@@ -7,7 +7,7 @@ const fs = require('fs');
 const path = require('path');
 const { stageAlbum } = require('../lib/album');
 const { serve } = require('../lib/server');
-const { launch, until, outputDir } = require('../lib/browser');
+const { launch, until, outputDir, shownFile: shown, openThroughTree } = require('../lib/browser');
 
 let dir;
 let server;
@@ -27,7 +27,6 @@ test.after(async () => {
 });
 
 const text = () => page.frame({ name: 'text' });
-const shown = (frame) => decodeURIComponent(new URL(frame.url()).pathname).replace(/^.*\//, '');
 
 // Two captures of the box differ: the effect moves.
 async function animates(canvas, what) {
@@ -37,11 +36,7 @@ async function animates(canvas, what) {
 
 async function openInFrameset(title) {
   await page.goto(server.base + 'Sommerferien.html');
-  const menu = page.frame({ name: 'menu' });
-  await until(() => menu.evaluate(() => !!document.querySelector('.mtm-tree')), 'the tree');
-  await menu.getByRole('link', { name: title, exact: true }).click();
-  await until(() => shown(text()) === `${title}.htm`, title);
-  return text();
+  return openThroughTree(page, title);
 }
 
 test('every applet becomes a canvas of its box that plays its effect', async () => {
@@ -101,8 +96,7 @@ test('a click on a linked effect follows its link as its target says', async () 
   await until(() => shown(text()) === 'Rundblick.htm', 'the lake\'s link');
   assert.strictEqual(shown(page.mainFrame()), 'Sommerferien.html');
   // _blank: the strip's link opens a new window.
-  await page.frame({ name: 'menu' }).getByRole('link', { name: 'Effekte', exact: true }).click();
-  await until(() => shown(text()) === 'Effekte.htm', 'the effects page');
+  await openThroughTree(page, 'Effekte');
   const strip = text().locator('canvas[data-effect="bspano"]');
   await until(() => strip.count(), 'the strip');
   const [popup] = await Promise.all([browser.context.waitForEvent('page'), strip.click()]);

@@ -7,7 +7,7 @@ const assert = require('node:assert');
 const path = require('path');
 const { stageAlbum } = require('../lib/album');
 const { serve } = require('../lib/server');
-const { launch, until, outputDir } = require('../lib/browser');
+const { launch, until, outputDir, shownFile: shown } = require('../lib/browser');
 
 const PAGES = ['Umschlag Vorne', 'Inhalt', 'Effekte', 'Rundblick', 'Grüße aus Köln', 'Suchen'];
 
@@ -35,7 +35,6 @@ const rowLabels = (menu) =>
     Array.from(document.querySelectorAll('.mtm-row:not(.mtm-root) .mtm-label')).map((a) => a.textContent));
 const marked = (menu) =>
   menu.evaluate(() => Array.from(document.querySelectorAll('.mtm-current')).map((r) => r.textContent));
-const shown = (frame) => decodeURIComponent(new URL(frame.url()).pathname).replace(/^.*\//, '');
 
 test('the tree lists every page under the album title and marks the first page', async () => {
   await page.goto(server.base + 'Sommerferien.html');

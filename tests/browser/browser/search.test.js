@@ -6,7 +6,7 @@ const assert = require('node:assert');
 const path = require('path');
 const { stageAlbum } = require('../lib/album');
 const { serve } = require('../lib/server');
-const { launch, until, outputDir } = require('../lib/browser');
+const { launch, until, outputDir, shownFile, openThroughTree } = require('../lib/browser');
 
 let server;
 let browser;
@@ -25,16 +25,11 @@ test.after(async () => {
 });
 
 const text = () => page.frame({ name: 'text' });
-const shown = () => decodeURIComponent(new URL(text().url()).pathname).replace(/^.*\//, '');
+const shown = () => shownFile(text());
 
 async function openSearchPage() {
-  const menu = page.frame({ name: 'menu' });
-  await until(() => menu.evaluate(() => !!document.querySelector('.mtm-tree')), 'the tree');
-  await menu.getByRole('link', { name: 'Suchen', exact: true }).click();
-  await until(
-    () => shown() === 'Suchen.htm' && text().evaluate(() => document.readyState === 'complete' && !!document.mf),
-    'the search page',
-  );
+  const frame = await openThroughTree(page, 'Suchen');
+  await until(() => frame.evaluate(() => document.readyState === 'complete' && !!document.mf), 'the search form');
 }
 
 // Searches with the form as a reader would and returns the result titles.

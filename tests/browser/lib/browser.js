@@ -68,4 +68,20 @@ async function until(check, what, limitMs = 15000) {
   }
 }
 
-module.exports = { launch, until, outputDir };
+// The name of the file a frame shows.
+function shownFile(frame) {
+  return decodeURIComponent(new URL(frame.url()).pathname).replace(/^.*\//, '');
+}
+
+// Opens a page with a click in the tree menu of the frameset shown and
+// returns the frame "text" once it shows that page.
+async function openThroughTree(page, title) {
+  const menu = page.frame({ name: 'menu' });
+  await until(() => menu.evaluate(() => !!document.querySelector('.mtm-tree')), 'the tree');
+  await menu.getByRole('link', { name: title, exact: true }).click();
+  const text = page.frame({ name: 'text' });
+  await until(() => shownFile(text) === `${title}.htm`, `${title} in the frame "text"`);
+  return text;
+}
+
+module.exports = { launch, until, outputDir, shownFile, openThroughTree };
