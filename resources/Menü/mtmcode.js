@@ -240,6 +240,8 @@ MTMTreeView.prototype.mark = function (item) {
     var row = this.rows[i];
     var on = row.item === item;
     if (on !== row.element.classList.contains('mtm-current')) row.element.classList.toggle('mtm-current', on);
+    // In a long album the marked entry comes into sight.
+    if (on && row.element.scrollIntoView) row.element.scrollIntoView({ block: 'nearest' });
   }
 };
 
