@@ -14,6 +14,8 @@ namespace brindle {
 struct ImageEnv {
     Language language = Language::German;
     LogSink log;  // the test-mode log; empty logs nothing
+    // A JPEG wanted smaller than it is decodes at a reduced DCT scale.
+    bool jpegDctScaling = true;
 };
 
 // A message box's worth: title and text ("\r\n" between lines). A non-zero
