@@ -1,6 +1,10 @@
 #include "image/freeimage_io.h"
 
 #include <FreeImage.h>
+#include <dlfcn.h>
+
+#include <cstdarg>
+#include <cstdio>
 
 #include <cstring>
 #include <memory>
@@ -25,11 +29,30 @@ void onFreeImageMessage(FREE_IMAGE_FORMAT fif, const char* message) {
     if (tlsSink.env) logLine(tlsSink.env->log, std::string("FreeImage (") + (format ? format : "?") + "): " + tlsSink.last);
 }
 
-// The shared library initialises itself when loaded; only the callback is ours.
+// libtiff, underneath FreeImage, prints its complaints (unknown EXIF tags of
+// perfectly good files, among others) to stderr unless given a handler. It
+// is reached through the symbol table, as it is FreeImage's library, not ours.
+void onTiffMessage(const char* module, const char* format, va_list args) {
+    char text[512];
+    std::vsnprintf(text, sizeof text, format, args);
+    onFreeImageMessage(FIF_TIFF, (std::string(module ? module : "libtiff") + ": " + text).c_str());
+}
+
+void routeTiffMessages() {
+    using Handler = void (*)(const char*, const char*, va_list);
+    using SetHandler = Handler (*)(Handler);
+    for (const char* name : {"TIFFSetErrorHandler", "TIFFSetWarningHandler"})
+        if (auto set = reinterpret_cast<SetHandler>(dlsym(RTLD_DEFAULT, name))) set(onTiffMessage);
+}
+
+// The shared library initialises itself when loaded; only the callbacks are ours.
 struct Session {
     explicit Session(const ImageEnv& env) {
         static std::once_flag once;
-        std::call_once(once, [] { FreeImage_SetOutputMessage(onFreeImageMessage); });
+        std::call_once(once, [] {
+            FreeImage_SetOutputMessage(onFreeImageMessage);
+            routeTiffMessages();
+        });
         tlsSink.env = &env;
         tlsSink.last.clear();
     }

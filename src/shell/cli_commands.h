@@ -11,6 +11,9 @@ using Args = std::vector<std::string>;
 
 int info(const Args& args);
 int resave(const Args& args);
+int convert(const Args& args);
+int imageinfo(const Args& args);
+int rotate(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

@@ -17,6 +17,9 @@ const std::map<std::string, Command>& commands() {
     static const std::map<std::string, Command> table = {
         {"info", {info, "info FILE            print an album, page or options file as JSON"}},
         {"resave", {resave, "resave IN OUT        read IN and write it again to OUT"}},
+        {"convert", {convert, "convert IN OUT [--quality Q] [--size WxH]\n                       read a picture and write it in the type OUT names"}},
+        {"imageinfo", {imageinfo, "imageinfo FILE       width, height, depth and type of a picture as JSON"}},
+        {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
 }
