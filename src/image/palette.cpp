@@ -89,6 +89,49 @@ bool split(Box& box, Box& other, const std::vector<Cell>& cells) {
     return true;
 }
 
+// A running weighted mean of true colours.
+struct Mean {
+    std::uint64_t count = 0, red = 0, green = 0, blue = 0;
+    void add(const Cell& c) {
+        count += c.count;
+        red += c.red;
+        green += c.green;
+        blue += c.blue;
+    }
+    Rgb colour() const {
+        auto mean = [&](std::uint64_t s) { return static_cast<std::uint8_t>((s + count / 2) / count); };
+        return {mean(red), mean(green), mean(blue)};
+    }
+};
+
+// A few rounds of moving each histogram cell to its nearest entry and each
+// entry to the mean of its cells, which evens out the median cut's boxes.
+void refine(const std::vector<Cell>& cells, std::vector<Mean>& means) {
+    std::vector<int> used;
+    for (int i = 0; i < static_cast<int>(cells.size()); ++i)
+        if (cells[i].count) used.push_back(i);
+    for (int round = 0; round < 4; ++round) {
+        std::vector<Rgb> centres;
+        for (const Mean& m : means) centres.push_back(m.count ? m.colour() : Rgb{});
+        std::vector<Mean> next(means.size());
+        for (int i : used) {
+            const Cell& c = cells[i];
+            const long r = static_cast<long>(c.red / c.count), g = static_cast<long>(c.green / c.count),
+                       b = static_cast<long>(c.blue / c.count);
+            std::size_t best = 0;
+            long bestDistance = -1;
+            for (std::size_t k = 0; k < centres.size(); ++k) {
+                if (!means[k].count) continue;
+                const long d = (centres[k].red - r) * (centres[k].red - r) + (centres[k].green - g) * (centres[k].green - g) +
+                               (centres[k].blue - b) * (centres[k].blue - b);
+                if (bestDistance < 0 || d < bestDistance) bestDistance = d, best = k;
+            }
+            next[best].add(c);
+        }
+        means.swap(next);
+    }
+}
+
 std::vector<Rgb> medianCut(const cDIBSection& dib, int colours, Skip skip) {
     std::vector<Cell> cells(1 << 15);
     for (int y = 0; y < dib.Height(); ++y) {
@@ -111,30 +154,31 @@ std::vector<Rgb> medianCut(const cDIBSection& dib, int colours, Skip skip) {
         }
     if (boxes[0].cells.empty()) return {};
     while (static_cast<int>(boxes.size()) < colours) {
-        // The most populous box that can still be split goes next.
+        // The box with the most pixels times the widest spread goes next:
+        // big boxes of one colour stay whole, small colourful ones split.
         int pick = -1;
+        std::uint64_t best = 0;
         for (int i = 0; i < static_cast<int>(boxes.size()); ++i) {
             int spread = 0;
             widestAxis(boxes[i], spread);
-            if (spread > 0 && (pick < 0 || boxes[i].population > boxes[pick].population)) pick = i;
+            const std::uint64_t score = boxes[i].population * static_cast<std::uint64_t>(spread);
+            if (spread > 0 && score > best) best = score, pick = i;
         }
         if (pick < 0) break;
         Box other;
         if (!split(boxes[pick], other, cells)) break;
         boxes.push_back(std::move(other));
     }
-    std::vector<Rgb> out;
+    std::vector<Mean> means;
     for (const Box& box : boxes) {
-        Cell sum;
-        for (int c : box.cells) {
-            sum.count += cells[c].count;
-            sum.red += cells[c].red;
-            sum.green += cells[c].green;
-            sum.blue += cells[c].blue;
-        }
-        auto mean = [&](std::uint64_t s) { return static_cast<std::uint8_t>((s + sum.count / 2) / sum.count); };
-        out.push_back({mean(sum.red), mean(sum.green), mean(sum.blue)});
+        Mean m;
+        for (int c : box.cells) m.add(cells[c]);
+        means.push_back(m);
     }
+    refine(cells, means);
+    std::vector<Rgb> out;
+    for (const Mean& m : means)
+        if (m.count) out.push_back(m.colour());
     return out;
 }
 
