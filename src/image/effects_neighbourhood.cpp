@@ -35,7 +35,12 @@ void cDIBSection::effectSchärfenBits(ProgressWord* progress) {
     const int last = Width() * 3 - 6;
     for (int y = 0; y < Height(); ++y) {
         std::uint8_t* p = rowBits(y);
-        for (int x = 3; x <= last; ++x) p[x] = roundClamp(p[x] + 0.5 * (p[x] - p[x - 3]));
+        for (int x = 3; x <= last; ++x) {
+            // c + (c - left) / 2 = (3c - left) / 2, rounded half to even.
+            const int twice = 3 * p[x] - p[x - 3];
+            const int half = twice >> 1;
+            p[x] = clampByte(half + ((twice & 1) & (half & 1)));
+        }
         rp.step(y, Height());
     }
     rp.done();

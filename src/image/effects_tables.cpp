@@ -4,7 +4,9 @@
 #include <cmath>
 #include <cstring>
 #include <random>
+#include <vector>
 
+#include "image/byte_table.h"
 #include "image/dib_section.h"
 #include "image/effects_internal.h"
 #include "image/rounding.h"
@@ -49,19 +51,11 @@ using effects::rnd;
 void cDIBSection::seedRandom(unsigned seed) { effects::generator().seed(seed); }
 
 void cDIBSection::applyTable(const std::uint8_t (&table)[256], RowProgress& progress) {
-    const int bytes = Width() * 3;
+    const ByteTable lookup(table);
+    const std::size_t bytes = static_cast<std::size_t>(Width()) * 3;
     const int rows = Height();
     for (int y = 0; y < rows; ++y) {
-        std::uint8_t* p = rowBits(y);
-        int i = 0;
-        for (; i + 4 <= bytes; i += 4) {
-            const std::uint8_t a = table[p[i]], b = table[p[i + 1]], c = table[p[i + 2]], d = table[p[i + 3]];
-            p[i] = a;
-            p[i + 1] = b;
-            p[i + 2] = c;
-            p[i + 3] = d;
-        }
-        for (; i < bytes; ++i) p[i] = table[p[i]];
+        lookup.apply(rowBits(y), bytes);
         progress.step(y, rows);
     }
     progress.done();
@@ -88,9 +82,8 @@ void cDIBSection::effectBrightnessBitsFast(int brightness, ProgressWord* progres
     std::uint8_t table[256];
     effects::brightnessTable(brightness, table);
     if (!empty()) {
-        const long long last = static_cast<long long>(Height() - 1) * (BytesPerScanLine() - 1);
-        std::uint8_t* p = bits_.data();
-        for (long long i = 0; i <= last; ++i) p[i] = table[p[i]];
+        const std::size_t last = static_cast<std::size_t>(Height() - 1) * (BytesPerScanLine() - 1);
+        ByteTable(table).apply(bits_.data(), last + 1);
     }
     rp.done();
 }

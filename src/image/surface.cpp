@@ -14,7 +14,17 @@ void applyRop(std::uint8_t* d, const std::uint8_t* s, int bytes, std::uint32_t r
         case SRCAND: for (int i = 0; i < bytes; ++i) d[i] &= s[i]; break;
         case SRCINVERT: for (int i = 0; i < bytes; ++i) d[i] ^= s[i]; break;
         case NOTSRCCOPY: for (int i = 0; i < bytes; ++i) d[i] = static_cast<std::uint8_t>(~s[i]); break;
-        case DSTINVERT: for (int i = 0; i < bytes; ++i) d[i] = static_cast<std::uint8_t>(~d[i]); break;
+        case DSTINVERT: {
+            int i = 0;
+            for (; i + 8 <= bytes; i += 8) {  // eight bytes a step
+                std::uint64_t v;
+                std::memcpy(&v, d + i, 8);
+                v = ~v;
+                std::memcpy(d + i, &v, 8);
+            }
+            for (; i < bytes; ++i) d[i] = static_cast<std::uint8_t>(~d[i]);
+            break;
+        }
         case BLACKNESS: std::memset(d, 0, static_cast<std::size_t>(bytes)); break;
         case WHITENESS: std::memset(d, 255, static_cast<std::size_t>(bytes)); break;
         default: break;
@@ -93,7 +103,7 @@ bool bitBlt(const Surface& dst, int x, int y, int w, int h, const Surface& srcIn
         const long long r = upward ? hh - 1 - k : k;
         std::uint8_t* d = dst.row(static_cast<int>(y0 + r)) + x0 * 3;
         const std::uint8_t* s = src.row(static_cast<int>(sy0 + r)) + sx0 * 3;
-        if (rop != SRCCOPY && dst.sameBuffer(src)) {
+        if (needsSource && rop != SRCCOPY && dst.sameBuffer(src)) {
             rowCopy.assign(s, s + bytes);
             s = rowCopy.data();
         }

@@ -1,6 +1,7 @@
 // Neighbourhood, remapping and mixing effects, and the filter bank.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <set>
 
 #include "image/dib_section.h"
@@ -51,6 +52,21 @@ TEST(NeighbourhoodEffects, OneTapSharpenSeesItsAlreadySharpenedLeftNeighbour) {
     EXPECT_EQ(bufferPixel(dib, 2, 0), (Bgr{40, 40, 40}));
     EXPECT_EQ(bufferPixel(dib, 3, 0), (Bgr{55, 50, 50}));
     EXPECT_EQ(bufferPixel(dib, 4, 0), (Bgr{10, 10, 10}));
+}
+
+TEST(NeighbourhoodEffects, OneTapSharpenFollowsItsFormulaOnNoise) {
+    const cDIBSection noise = noisePicture(40, 6, 23);
+    cDIBSection expected = noise;
+    for (int row = 0; row < 6; ++row) {
+        std::uint8_t* p = expected.rowBits(row);
+        for (int x = 3; x <= 40 * 3 - 6; ++x) {
+            const double v = std::nearbyint(p[x] + 0.5 * (p[x] - p[x - 3]));  // half to even
+            p[x] = static_cast<std::uint8_t>(v < 0 ? 0 : (v > 255 ? 255 : v));
+        }
+    }
+    cDIBSection dib = noise;
+    dib.effectSchärfenBits();
+    EXPECT_TRUE(sameImage(expected, dib));
 }
 
 TEST(NeighbourhoodEffects, ThreeByThreeSharpenWorksInPlaceWithIntegerDivision) {

@@ -1,6 +1,9 @@
 // Table and per-pixel effects against pixels worked out by hand.
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "image/byte_table.h"
 #include "image/dib_section.h"
 #include "image_compare.h"
 
@@ -228,6 +231,29 @@ TEST(TableEffects, MetalToneHasThreeTintsAndFollowsBrightnessOnly) {
     EXPECT_EQ(after({0, 100, 0}, [](cDIBSection& d) { d.effectMetallic(1); }),
               after({59, 59, 59}, [](cDIBSection& d) { d.effectMetallic(1); }));
     EXPECT_EQ(after(mid, [](cDIBSection& d) { d.effectMetallic(4); }), mid);
+}
+
+}  // namespace
+}  // namespace brindle::test
+
+namespace brindle::test {
+namespace {
+
+TEST(ByteTableLookup, WideAndPortablePathsAgreeAtEveryLength) {
+    std::uint8_t table[256];
+    for (int i = 0; i < 256; ++i) table[i] = static_cast<std::uint8_t>((i * 37 + 11) ^ 0x5A);
+    const ByteTable wide(table), portable(table, false);
+    std::mt19937 rng(3);
+    for (std::size_t n : {0, 1, 7, 8, 9, 63, 64, 65, 200, 1000}) {
+        SCOPED_TRACE(n);
+        std::vector<std::uint8_t> in(n);
+        for (auto& b : in) b = static_cast<std::uint8_t>(rng());
+        std::vector<std::uint8_t> a = in, b = in;
+        wide.apply(a.data(), n);
+        portable.apply(b.data(), n);
+        for (std::size_t i = 0; i < n; ++i) ASSERT_EQ(b[i], table[in[i]]) << i;
+        EXPECT_EQ(a, b);
+    }
 }
 
 }  // namespace
