@@ -6,6 +6,7 @@
 
 #include "album/paths.h"
 #include "image/file_stamp.h"
+#include "image/freeimage_io.h"
 
 namespace brindle {
 namespace {
@@ -124,15 +125,24 @@ ImageStatus SaveJPG(const cDIBSection& dib, const std::string& path, int quality
     return ImageStatus::success();
 }
 
+bool hasEncoderFor(const std::string& mimeType) {
+    if (asciiLower(mimeType) != "image/jpeg") return false;
+    TjHandle probe(tjInitCompress());
+    return probe != nullptr;
+}
+
+Picture LoadPicturePlus(const std::string& path, const ImageEnv& env) {
+    cDIBSection dib;
+    if (!freeImageSingleRead(path, dib, env)) return {};
+    return Picture::fromDib(std::move(dib));
+}
+
 ImageStatus SavePictureAsJPG(const Picture& picture, const std::string& path, int quality, const ImageEnv& env) {
-    {
-        TjHandle probe(tjInitCompress());
-        if (!probe)
-            return ImageStatus::failure(ImageMessage{"Encoder Error",
-                                                     tr(env.language, "GDI Plus: Konnte keinen passenden Encoder ermitteln.",
-                                                        "GDI Plus: Don't found an encoder"),
-                                                     0});
-    }
+    if (!hasEncoderFor("image/jpeg"))
+        return ImageStatus::failure(ImageMessage{"Encoder Error",
+                                                 tr(env.language, "GDI Plus: Konnte keinen passenden Encoder ermitteln.",
+                                                    "GDI Plus: Don't found an encoder"),
+                                                 0});
     if (!picture) return ImageStatus::failure();
     std::string bytes, error;
     if (!encodeJpeg(*picture.Handle(), clampQuality(quality), bytes, &error) ||

@@ -53,6 +53,10 @@ bool encodeJpeg(const cDIBSection& dib, int quality, std::string& out, std::stri
 // time and permissions.
 ImageStatus SaveJPG(const cDIBSection& dib, const std::string& path, int quality, const ImageEnv& env = {});
 
+// The encoders pictures can be saved with, looked up by MIME type (any
+// case); only "image/jpeg" has one here.
+bool hasEncoderFor(const std::string& mimeType);
+
 // Writes `picture` with `quality` limited to 0..100.
 ImageStatus SavePictureAsJPG(const Picture& picture, const std::string& path, int quality,
                              const ImageEnv& env = {});
@@ -61,6 +65,9 @@ ImageStatus SavePictureAsJPG(const Picture& picture, const std::string& path, in
 // may be the same file); the target keeps the time of the file it replaces
 // (or of the source when new). When a side is not a whole number of blocks,
 // the partial blocks at the far edge are dropped as they cannot be moved.
+// Reads any picture file FreeImage knows, by its content.
+Picture LoadPicturePlus(const std::string& path, const ImageEnv& env = {});
+
 bool SaveAsRotatedJpgLossless(const std::string& source, const std::string& target, int transformation,
                               std::string* error = nullptr);
 

@@ -32,6 +32,12 @@ TEST(JpegScale, TheSmallestScaleThatStillCoversTheWantedSize) {
     }
 }
 
+TEST(JpegEncoders, LookedUpByMimeTypeInAnyCase) {
+    EXPECT_TRUE(hasEncoderFor("image/jpeg"));
+    EXPECT_TRUE(hasEncoderFor("IMAGE/JPEG"));
+    EXPECT_FALSE(hasEncoderFor("image/gif"));
+}
+
 class JpegFiles : public TempHomeTest {
 protected:
     cDIBSection decode(const std::string& file) {
@@ -60,6 +66,16 @@ TEST_F(JpegFiles, RoundTripStaysCloseToTheInput) {
     EXPECT_TRUE(readJpegSize(readBytes("r.jpg"), w, h));
     EXPECT_EQ(w, 123);
     EXPECT_EQ(h, 77);
+}
+
+TEST_F(JpegFiles, LoadPicturePlusReadsByContent) {
+    const cDIBSection dib = noisePicture(9, 4, 62);
+    ASSERT_TRUE(SaveDIBFile(dib, path("a.png"), 90).ok);
+    writeBytes("named-wrong.jpg", readBytes("a.png"));
+    const Picture picture = LoadPicturePlus(path("named-wrong.jpg"));
+    ASSERT_TRUE(picture);
+    EXPECT_TRUE(sameImage(dib, *picture.Handle()));
+    EXPECT_FALSE(LoadPicturePlus(path("none.png")));
 }
 
 TEST_F(JpegFiles, LoadJpgTakesOnlyJpgAndJpegNames) {
