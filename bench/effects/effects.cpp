@@ -34,13 +34,15 @@ cDIBSection photoLike() {
 }
 
 // The best of `repeats` runs, each on a fresh copy (copying not timed).
-double bestSeconds(const cDIBSection& source, int repeats, const std::function<void(cDIBSection&)>& effect) {
+double bestSeconds(const cDIBSection& source, int repeats,
+                   const std::function<void(cDIBSection&)>& effect) {
     double best = 1e9;
     for (int i = 0; i < repeats; ++i) {
         cDIBSection work = source;
         const auto start = std::chrono::steady_clock::now();
         effect(work);
-        best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        best = std::min(
+            best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
     }
     return best;
 }
@@ -58,11 +60,14 @@ int main(int argc, char** argv) {
     for (int i = 0; i < repeats; ++i) {
         const auto start = std::chrono::steady_clock::now();
         std::memcpy(copy.data(), source.DIBSectionBitsPtr(), bytes);
-        memcpySeconds = std::min(memcpySeconds, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        memcpySeconds = std::min(
+            memcpySeconds,
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
     }
-    std::printf("effects on %dx%d (%.0f MP), best of %d; ratio = time / memcpy time\n", kWidth, kHeight, megapixels,
-                repeats);
-    std::printf("  %-34s %8.0f MP/s  %6.2fx\n", "memcpy of the buffer (reference)", megapixels / memcpySeconds, 1.0);
+    std::printf("effects on %dx%d (%.0f MP), best of %d; ratio = time / memcpy time\n", kWidth,
+                kHeight, megapixels, repeats);
+    std::printf("  %-34s %8.0f MP/s  %6.2fx\n", "memcpy of the buffer (reference)",
+                megapixels / memcpySeconds, 1.0);
 
     struct Case {
         const char* name;
@@ -79,7 +84,8 @@ int main(int argc, char** argv) {
         {"pixel: effectFarbeSaturation", [](cDIBSection& d) { d.effectFarbeSaturation(40, 7); }},
         {"pixel: effectMetallic", [](cDIBSection& d) { d.effectMetallic(1); }},
         {"blur: effectWeichzeichnen", [](cDIBSection& d) { d.effectWeichzeichnen(1); }},
-        {"blur: filter bank 3", [](cDIBSection& d) { brindle::filterBitmap(brindle::kFilterBlur, d, 0); }},
+        {"blur: filter bank 3",
+         [](cDIBSection& d) { brindle::filterBitmap(brindle::kFilterBlur, d, 0); }},
         {"sharpen: effectSchärfenBits", [](cDIBSection& d) { d.effectSchärfenBits(); }},
         {"sharpen: effectSchärfen2", [](cDIBSection& d) { d.effectSchärfen2(8); }},
         {"Resample to 2000x1500", [](cDIBSection& d) { d = d.Resample(1500, 2000); }},

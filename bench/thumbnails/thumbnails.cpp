@@ -30,7 +30,8 @@ int main(int argc, char** argv) {
         const std::string name = path.substr(path.find_last_of('/') + 1);
         if (brindle::SaveJPG(*holder.picture.Handle(), outDir + name, 85).ok) ++made;
     }
-    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     std::printf("%.3f\n", seconds);
     std::fprintf(stderr, "%d thumbnails\n", made);
     return made == argc - 3 ? 0 : 1;

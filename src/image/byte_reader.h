@@ -10,7 +10,7 @@
 namespace brindle {
 
 class ByteReader {
-public:
+  public:
     ByteReader(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
     explicit ByteReader(std::string_view bytes)
         : data_(reinterpret_cast<const std::uint8_t*>(bytes.data())), size_(bytes.size()) {}
@@ -40,8 +40,10 @@ public:
     }
     bool u32le(std::uint32_t& v) {
         if (left() < 4) return false;
-        v = static_cast<std::uint32_t>(data_[pos_]) | (static_cast<std::uint32_t>(data_[pos_ + 1]) << 8) |
-            (static_cast<std::uint32_t>(data_[pos_ + 2]) << 16) | (static_cast<std::uint32_t>(data_[pos_ + 3]) << 24);
+        v = static_cast<std::uint32_t>(data_[pos_]) |
+            (static_cast<std::uint32_t>(data_[pos_ + 1]) << 8) |
+            (static_cast<std::uint32_t>(data_[pos_ + 2]) << 16) |
+            (static_cast<std::uint32_t>(data_[pos_ + 3]) << 24);
         pos_ += 4;
         return true;
     }
@@ -66,7 +68,7 @@ public:
         return true;
     }
 
-private:
+  private:
     const std::uint8_t* data_;
     std::size_t size_;
     std::size_t pos_ = 0;

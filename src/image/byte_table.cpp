@@ -12,8 +12,9 @@ namespace {
 #if defined(__x86_64__)
 // Processors with byte permutes look up 64 bytes in a few instructions:
 // two 128-entry lookups, chosen between by each byte's top bit.
-__attribute__((target("avx512f,avx512bw,avx512vbmi"))) void applyWide(std::uint8_t* p, std::size_t n,
-                                                                         const std::uint8_t* table) {
+__attribute__((target("avx512f,avx512bw,avx512vbmi"))) void applyWide(std::uint8_t* p,
+                                                                      std::size_t n,
+                                                                      const std::uint8_t* table) {
     const __m512i t0 = _mm512_loadu_si512(table), t1 = _mm512_loadu_si512(table + 64);
     const __m512i t2 = _mm512_loadu_si512(table + 128), t3 = _mm512_loadu_si512(table + 192);
     std::size_t i = 0;
@@ -27,7 +28,8 @@ __attribute__((target("avx512f,avx512bw,avx512vbmi"))) void applyWide(std::uint8
 }
 
 bool wideSupported() {
-    static const bool supported = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+    static const bool supported = __builtin_cpu_supports("avx512f") &&
+                                  __builtin_cpu_supports("avx512bw") &&
                                   __builtin_cpu_supports("avx512vbmi");
     return supported;
 }
@@ -38,14 +40,16 @@ bool wideSupported() { return false; }
 
 }  // namespace
 
-ByteTable::ByteTable(const std::uint8_t (&table)[256], bool allowWide) : wide_(allowWide && wideSupported()) {
+ByteTable::ByteTable(const std::uint8_t (&table)[256], bool allowWide)
+    : wide_(allowWide && wideSupported()) {
     std::memcpy(table_, table, sizeof table_);
     if (wide_) return;
     // Two bytes per lookup through a 65536-entry table of pairs, which stays
     // in the second-level cache.
     pairs_ = new std::uint16_t[65536];
     for (int hi = 0; hi < 256; ++hi)
-        for (int lo = 0; lo < 256; ++lo) pairs_[hi << 8 | lo] = static_cast<std::uint16_t>(table[lo] | table[hi] << 8);
+        for (int lo = 0; lo < 256; ++lo)
+            pairs_[hi << 8 | lo] = static_cast<std::uint16_t>(table[lo] | table[hi] << 8);
 }
 
 ByteTable::~ByteTable() { delete[] pairs_; }
@@ -57,8 +61,10 @@ void ByteTable::apply(std::uint8_t* p, std::size_t n) const {
     for (; i + 8 <= n; i += 8) {
         std::uint64_t v;
         std::memcpy(&v, p + i, 8);
-        v = static_cast<std::uint64_t>(t[v & 0xFFFF]) | static_cast<std::uint64_t>(t[(v >> 16) & 0xFFFF]) << 16 |
-            static_cast<std::uint64_t>(t[(v >> 32) & 0xFFFF]) << 32 | static_cast<std::uint64_t>(t[v >> 48]) << 48;
+        v = static_cast<std::uint64_t>(t[v & 0xFFFF]) |
+            static_cast<std::uint64_t>(t[(v >> 16) & 0xFFFF]) << 16 |
+            static_cast<std::uint64_t>(t[(v >> 32) & 0xFFFF]) << 32 |
+            static_cast<std::uint64_t>(t[v >> 48]) << 48;
         std::memcpy(p + i, &v, 8);
     }
     for (; i < n; ++i) p[i] = table_[p[i]];

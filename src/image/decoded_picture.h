@@ -12,14 +12,14 @@ inline constexpr int kScaleTwips = 1;
 inline constexpr int kScalePixels = 3;
 
 class DecodedPicture {
-public:
+  public:
     // True: drawing stretches to the given size; false: natural size.
     bool Autoscale = false;
     int ScaleMode = kScalePixels;
 
     const cDIBSection& pixels() const { return pixels_; }
 
-protected:
+  protected:
     // Draws at (x, y); stretched into width x height with Autoscale.
     bool draw(const Surface& target, int x, int y, int width, int height) const {
         if (pixels_.empty()) return false;
@@ -27,8 +27,8 @@ protected:
         x /= unit;
         y /= unit;
         if (!Autoscale) return pixels_.PaintPicture(target, x, y, -1, -1, 0, 0, SRCCOPY);
-        return pixels_.StretchPicture(target, x, y, width / unit, height / unit, 0, 0, pixels_.Width(),
-                                      pixels_.Height());
+        return pixels_.StretchPicture(target, x, y, width / unit, height / unit, 0, 0,
+                                      pixels_.Width(), pixels_.Height());
     }
 
     cDIBSection pixels_;

@@ -52,7 +52,8 @@ cDIBSection& cDIBSection::operator=(cDIBSection&& other) noexcept {
     return *this;
 }
 
-bool cDIBSection::CreateDIB(int width, int height, std::vector<std::uint8_t>& bits, BitmapInfoHeader& header) {
+bool cDIBSection::CreateDIB(int width, int height, std::vector<std::uint8_t>& bits,
+                            BitmapInfoHeader& header) {
     if (width <= 0 || height <= 0) return false;
     const long long size = static_cast<long long>(BytesPerScanLine(width)) * height;
     if (width > (1 << 28) || size > kMaxSectionBytes) return false;
@@ -85,7 +86,8 @@ void cDIBSection::ClearUp() {
 
 Surface cDIBSection::hdc() const {
     if (empty()) return {};
-    return {const_cast<std::uint8_t*>(bits_.data()), header_.width, header_.height, BytesPerScanLine()};
+    return {const_cast<std::uint8_t*>(bits_.data()), header_.width, header_.height,
+            BytesPerScanLine()};
 }
 
 void cDIBSection::takeFrom(cDIBSection& other) {
@@ -96,7 +98,9 @@ void cDIBSection::takeFrom(cDIBSection& other) {
 
 // --- pictures in and out ------------------------------------------------------
 
-bool cDIBSection::CreateFromPicture(const brindle::Picture& picture) { return PictureFromHandle(picture.Handle()); }
+bool cDIBSection::CreateFromPicture(const brindle::Picture& picture) {
+    return PictureFromHandle(picture.Handle());
+}
 
 bool cDIBSection::PictureFromHandle(const cDIBSection* handle) {
     if (!handle || handle->empty()) return false;
@@ -109,7 +113,8 @@ bool cDIBSection::CopyPicture(const PictureHolder& holder) {
     const cDIBSection& surface = holder.surface();
     if (surface.empty()) return false;
     if (!Create(surface.Width(), surface.Height())) return false;
-    for (int r = 0; r < Height(); ++r) std::memcpy(rowBits(r), surface.rowBits(r), static_cast<std::size_t>(stride()));
+    for (int r = 0; r < Height(); ++r)
+        std::memcpy(rowBits(r), surface.rowBits(r), static_cast<std::size_t>(stride()));
     return true;
 }
 
@@ -117,7 +122,8 @@ brindle::Picture cDIBSection::Picture() const { return brindle::Picture::fromDib
 
 // --- blits --------------------------------------------------------------------
 
-bool cDIBSection::LoadPictureBlt(const Surface& src, int sx, int sy, int w, int h, std::uint32_t rop) {
+bool cDIBSection::LoadPictureBlt(const Surface& src, int sx, int sy, int w, int h,
+                                 std::uint32_t rop) {
     if (w == -1) w = Width();
     if (h == -1) h = Height();
     return bitBlt(hdc(), 0, 0, w, h, src, sx, sy, rop);
@@ -127,24 +133,25 @@ bool cDIBSection::PaintPicture(const Surface& dst, int x, int y, int w, int h, i
                                std::uint32_t rop) const {
     if (w == -1) w = Width();
     if (h == -1) h = Height();
-    if (w < 0 || h < 0) return stretchBlt(dst, x, y, w, h, hdc(), sx, sy, w < 0 ? -w : w, h < 0 ? -h : h, rop);
+    if (w < 0 || h < 0)
+        return stretchBlt(dst, x, y, w, h, hdc(), sx, sy, w < 0 ? -w : w, h < 0 ? -h : h, rop);
     return bitBlt(dst, x, y, w, h, hdc(), sx, sy, rop);
 }
 
-bool cDIBSection::StretchPicture(const Surface& dst, int x, int y, int w, int h, int sx, int sy, int sw, int sh,
-                                 std::uint32_t rop) const {
+bool cDIBSection::StretchPicture(const Surface& dst, int x, int y, int w, int h, int sx, int sy,
+                                 int sw, int sh, std::uint32_t rop) const {
     return stretchBlt(dst, x, y, w, h, hdc(), sx, sy, sw, sh, rop);
 }
 
-bool cDIBSection::StretchLoadPicture(const Surface& src, int x, int y, int w, int h, int sx, int sy, int sw,
-                                     int sh, std::uint32_t rop) {
+bool cDIBSection::StretchLoadPicture(const Surface& src, int x, int y, int w, int h, int sx, int sy,
+                                     int sw, int sh, std::uint32_t rop) {
     return stretchBlt(hdc(), x, y, w, h, src, sx, sy, sw, sh, rop);
 }
 
 ImageStatus cDIBSection::CopyToClipboard(bool asDib, const ClipboardSink& clipboard) const {
     if (asDib)
-        return ImageStatus::failure(
-            ImageMessage{"", "I don't know how to put a DIB on the clipboard! Copy as bitmap instead!!!", 0});
+        return ImageStatus::failure(ImageMessage{
+            "", "I don't know how to put a DIB on the clipboard! Copy as bitmap instead!!!", 0});
     if (empty() || !clipboard) return ImageStatus::failure();
     return clipboard(Picture()) ? ImageStatus::success() : ImageStatus::failure();
 }

@@ -42,7 +42,7 @@ struct BitmapInfoHeader {
 using ClipboardSink = std::function<bool(const Picture&)>;
 
 class cDIBSection {
-public:
+  public:
     cDIBSection() = default;
     cDIBSection(const cDIBSection&) = default;
     cDIBSection& operator=(const cDIBSection&) = default;
@@ -55,7 +55,8 @@ public:
     // False (and empty) when a side is not positive or memory runs out.
     bool Create(int width, int height);
     // Fills `header` and allocates the zeroed bits; true when that worked.
-    static bool CreateDIB(int width, int height, std::vector<std::uint8_t>& bits, BitmapInfoHeader& header);
+    static bool CreateDIB(int width, int height, std::vector<std::uint8_t>& bits,
+                          BitmapInfoHeader& header);
     void ClearUp();
 
     static int BytesPerScanLine(int width) { return ((width + 1) * 3) & ~3; }
@@ -66,11 +67,15 @@ public:
     // The device context; an empty Surface while the object is empty.
     Surface hdc() const;
     // Non-zero while the object holds a section.
-    std::uintptr_t hDib() const { return empty() ? 0 : reinterpret_cast<std::uintptr_t>(bits_.data()); }
+    std::uintptr_t hDib() const {
+        return empty() ? 0 : reinterpret_cast<std::uintptr_t>(bits_.data());
+    }
     std::uint8_t* DIBSectionBitsPtr() { return empty() ? nullptr : bits_.data(); }
     const std::uint8_t* DIBSectionBitsPtr() const { return empty() ? nullptr : bits_.data(); }
     const BitmapInfoHeader& header() const { return header_; }
-    std::uint8_t* rowBits(int bufferRow) { return bits_.data() + static_cast<std::size_t>(bufferRow) * stride(); }
+    std::uint8_t* rowBits(int bufferRow) {
+        return bits_.data() + static_cast<std::size_t>(bufferRow) * stride();
+    }
     const std::uint8_t* rowBits(int bufferRow) const {
         return bits_.data() + static_cast<std::size_t>(bufferRow) * stride();
     }
@@ -90,12 +95,12 @@ public:
                         std::uint32_t rop = SRCCOPY);
     // Copies from this object; -1 for w or h means the object's own size,
     // other negative extents mirror.
-    bool PaintPicture(const Surface& dst, int x = 0, int y = 0, int w = -1, int h = -1, int sx = 0, int sy = 0,
-                      std::uint32_t rop = SRCCOPY) const;
-    bool StretchPicture(const Surface& dst, int x, int y, int w, int h, int sx, int sy, int sw, int sh,
-                        std::uint32_t rop = SRCCOPY) const;
-    bool StretchLoadPicture(const Surface& src, int x, int y, int w, int h, int sx, int sy, int sw, int sh,
-                            std::uint32_t rop = SRCCOPY);
+    bool PaintPicture(const Surface& dst, int x = 0, int y = 0, int w = -1, int h = -1, int sx = 0,
+                      int sy = 0, std::uint32_t rop = SRCCOPY) const;
+    bool StretchPicture(const Surface& dst, int x, int y, int w, int h, int sx, int sy, int sw,
+                        int sh, std::uint32_t rop = SRCCOPY) const;
+    bool StretchLoadPicture(const Surface& src, int x, int y, int w, int h, int sx, int sy, int sw,
+                            int sh, std::uint32_t rop = SRCCOPY);
     // With `asDib` the answer is a message: only bitmaps go to the clipboard.
     ImageStatus CopyToClipboard(bool asDib, const ClipboardSink& clipboard) const;
 
@@ -115,12 +120,15 @@ public:
     void effectBlackAndWhite(int threshold, ProgressWord* progress = nullptr);
     void effectBlackAndWhite2(int threshold, ProgressWord* progress = nullptr);
     void effectFarbeSaturation(int percent, int mode, ProgressWord* progress = nullptr);
-    void effectEinfärben(int red, int green, int blue, int brightness, int hold, ProgressWord* progress = nullptr);
+    void effectEinfärben(int red, int green, int blue, int brightness, int hold,
+                         ProgressWord* progress = nullptr);
     void effectRandomiseBits(bool gray, ProgressWord* progress = nullptr);
     void effectFarbfläche(std::uint32_t colour, ProgressWord* progress = nullptr);
     void effectGrid(int xStep, int yStep, ProgressWord* progress = nullptr);
     void effectInvert(ProgressWord* progress = nullptr);
-    static double GetIntensity(int red, int green, int blue) { return 0.3 * red + 0.59 * green + 0.11 * blue; }
+    static double GetIntensity(int red, int green, int blue) {
+        return 0.3 * red + 0.59 * green + 0.11 * blue;
+    }
     // Our metal tone: preset 1 gold, 2 ice, 3 steel; other presets do nothing.
     void effectMetallic(int preset, ProgressWord* progress = nullptr);
 
@@ -133,8 +141,10 @@ public:
     void effect3D(int depth, ProgressWord* progress = nullptr);
     void effectWaves(int phase, int unused = 0, ProgressWord* progress = nullptr);
     void effectRippleBits(int vertical, int horizontal, ProgressWord* progress = nullptr);
-    void effectAlphaBlending(int alpha, const brindle::Picture& second, ProgressWord* progress = nullptr);
-    void EffectReduceNoise(int radius, int low, int high, int method, bool mark, ProgressWord* progress = nullptr);
+    void effectAlphaBlending(int alpha, const brindle::Picture& second,
+                             ProgressWord* progress = nullptr);
+    void EffectReduceNoise(int radius, int low, int high, int method, bool mark,
+                           ProgressWord* progress = nullptr);
 
     // --- frames (effects_frames.cpp) ----------------------------------------
     void effectRahmen(int light, int shadow, int thickness, ProgressWord* progress = nullptr);
@@ -142,21 +152,24 @@ public:
 
     // --- geometry (effects_geometry.cpp) -------------------------------------
     void effectFitTo(int width, int height, ProgressWord* progress = nullptr);
-    void effectVerkleinern(int width, int height, int xMargin, int yMargin, ProgressWord* progress = nullptr);
+    void effectVerkleinern(int width, int height, int xMargin, int yMargin,
+                           ProgressWord* progress = nullptr);
     void effectCut(int left, int top, int right, int bottom, ProgressWord* progress = nullptr);
     void effectGröße(int width, int height, ProgressWord* progress = nullptr);
-    void effectErweitern(int left, int top, int right, int bottom, ProgressWord* progress = nullptr);
+    void effectErweitern(int left, int top, int right, int bottom,
+                         ProgressWord* progress = nullptr);
     void effectKachelnSelbst(int xRepeats, int yRepeats, ProgressWord* progress = nullptr);
     void effectKachel(int method, int keepSize, ProgressWord* progress = nullptr);
     // direction > 0 turns right (clockwise), otherwise left.
     void effectBildDrehen90(int direction, ProgressWord* progress = nullptr);
-    void effectBildDrehen90power(int direction, cDIBSection& target, ProgressWord* progress = nullptr) const;
+    void effectBildDrehen90power(int direction, cDIBSection& target,
+                                 ProgressWord* progress = nullptr) const;
 
     // Random effects draw from one generator seeded from the clock; tests
     // may fix the seed.
     static void seedRandom(unsigned seed);
 
-private:
+  private:
     int stride() const { return BytesPerScanLine(); }
     // Replaces every colour byte of every row by its table entry.
     void applyTable(const std::uint8_t (&table)[256], RowProgress& progress);

@@ -25,7 +25,9 @@ void scalePixel(std::uint8_t* p, double g) {
 struct Bands {
     int d, r, t;
     bool left(int px, int y) const { return px < d && std::abs(t - y + d) >= px && px < y; }
-    bool right(int px, int y) const { return px > r && std::abs(r - px + d) < y && px - r >= y - t; }
+    bool right(int px, int y) const {
+        return px > r && std::abs(r - px + d) < y && px - r >= y - t;
+    }
 };
 
 }  // namespace
@@ -57,7 +59,8 @@ void cDIBSection::effectButtonize(int light, int shadow, int thickness, Progress
 namespace {
 
 // The frame's profile: up, a crest, and down into the shadow.
-constexpr double kProfile[21] = {1, 2, 3, 4, 6, 7, 8, 9, 10, 9, 8, 6.5, 5, 3, 0.01, -1.5, -3, -4, -5, -6, -7};
+constexpr double kProfile[21] = {1,   2, 3, 4,    6,    7,  8,  9,  10, 9, 8,
+                                 6.5, 5, 3, 0.01, -1.5, -3, -4, -5, -6, -7};
 
 int profileIndex(int distance, int d) {
     const int i = roundEven(std::abs(distance) / static_cast<double>(d) * 20);

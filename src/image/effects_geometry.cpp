@@ -29,9 +29,11 @@ void cDIBSection::effectFitTo(int width, int height, ProgressWord* progress) {
 // Sampling in place: target (x, y) takes source (round(x sx), round(y sy)),
 // which never lies before it, so nothing is read after it was written.
 // Buffer row 0 keeps what it had.
-void cDIBSection::effectVerkleinern(int width, int height, int xMargin, int yMargin, ProgressWord* progress) {
+void cDIBSection::effectVerkleinern(int width, int height, int xMargin, int yMargin,
+                                    ProgressWord* progress) {
     RowProgress rp(progress_, progress);
-    if (empty() || width < 1 || height < 1 || width > Width() || height > Height()) return rp.done();
+    if (empty() || width < 1 || height < 1 || width > Width() || height > Height())
+        return rp.done();
     xMargin = std::max(0, xMargin);
     yMargin = std::max(0, yMargin);
     const double sx = static_cast<double>(Width()) / width;
@@ -52,7 +54,8 @@ void cDIBSection::effectVerkleinern(int width, int height, int xMargin, int yMar
     cDIBSection part;
     if (part.Create(width + 2 * xMargin, height + 2 * yMargin)) {
         for (int y = 0; y < height; ++y)
-            std::copy_n(rowBits(y), static_cast<std::size_t>(width) * 3, part.rowBits(y + yMargin) + xMargin * 3);
+            std::copy_n(rowBits(y), static_cast<std::size_t>(width) * 3,
+                        part.rowBits(y + yMargin) + xMargin * 3);
         takeFrom(part);
     }
     rp.done();
@@ -80,7 +83,8 @@ void cDIBSection::effectGröße(int width, int height, ProgressWord* progress) {
     rp.done();
 }
 
-void cDIBSection::effectErweitern(int left, int top, int right, int bottom, ProgressWord* progress) {
+void cDIBSection::effectErweitern(int left, int top, int right, int bottom,
+                                  ProgressWord* progress) {
     RowProgress rp(progress_, progress);
     cDIBSection larger;
     if (!empty() && larger.Create(Width() + left + right, Height() + top + bottom)) {
@@ -92,14 +96,17 @@ void cDIBSection::effectErweitern(int left, int top, int right, int bottom, Prog
 
 void cDIBSection::effectKachelnSelbst(int xRepeats, int yRepeats, ProgressWord* progress) {
     RowProgress rp(progress_, progress);
-    if (empty() || (xRepeats == 0 && yRepeats == 0) || xRepeats < 0 || yRepeats < 0) return rp.done();
+    if (empty() || (xRepeats == 0 && yRepeats == 0) || xRepeats < 0 || yRepeats < 0)
+        return rp.done();
     const long long w = static_cast<long long>(Width()) * (xRepeats + 1);
     const long long h = static_cast<long long>(Height()) * (yRepeats + 1);
     cDIBSection tiles;
-    if (w <= INT32_MAX && h <= INT32_MAX && tiles.Create(static_cast<int>(w), static_cast<int>(h))) {
+    if (w <= INT32_MAX && h <= INT32_MAX &&
+        tiles.Create(static_cast<int>(w), static_cast<int>(h))) {
         for (int b = 0; b <= yRepeats; ++b) {
             for (int a = 0; a <= xRepeats; ++a)
-                PaintPicture(tiles.hdc(), a * Width(), b * Height(), Width(), Height(), 0, 0, SRCCOPY);
+                PaintPicture(tiles.hdc(), a * Width(), b * Height(), Width(), Height(), 0, 0,
+                             SRCCOPY);
             rp.step(b, yRepeats + 1);
         }
         takeFrom(tiles);
@@ -115,9 +122,9 @@ void cDIBSection::effectKachel(int method, int keepSize, ProgressWord* progress)
     if (!quad.Create(2 * w, 2 * h)) return rp.done();
     const Surface dc = quad.hdc();
     StretchPicture(dc, 0, 0, w, h, 0, 0, w, h);
-    StretchPicture(dc, 0, 2 * h, w, -h, 0, 0, w, h);          // flipped vertically, below
-    StretchPicture(dc, 2 * w, 0, -w, h, 0, 0, w, h);          // flipped horizontally, right
-    StretchPicture(dc, 2 * w, 2 * h, -w, -h, 0, 0, w, h);     // both ways, diagonal
+    StretchPicture(dc, 0, 2 * h, w, -h, 0, 0, w, h);       // flipped vertically, below
+    StretchPicture(dc, 2 * w, 0, -w, h, 0, 0, w, h);       // flipped horizontally, right
+    StretchPicture(dc, 2 * w, 2 * h, -w, -h, 0, 0, w, h);  // both ways, diagonal
     if (keepSize == 1)
         StretchLoadPicture(dc, 0, 0, w, h, 0, 0, 2 * w, 2 * h);
     else
@@ -125,7 +132,8 @@ void cDIBSection::effectKachel(int method, int keepSize, ProgressWord* progress)
     rp.done();
 }
 
-void cDIBSection::effectBildDrehen90power(int direction, cDIBSection& target, ProgressWord* progress) const {
+void cDIBSection::effectBildDrehen90power(int direction, cDIBSection& target,
+                                          ProgressWord* progress) const {
     RowProgress rp(progress_, progress);
     const int w = Width(), h = Height();
     if (empty() || !target.Create(h, w)) return rp.done();

@@ -58,7 +58,8 @@ void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress) {
         const std::uint8_t* hi = rowBits(y + 1);
         for (int x = 6; x <= last; x += 3) {
             for (int c = x; c < x + 3; ++c) {
-                const int s = lo[c - 3] + lo[c] + lo[c + 3] + p[c - 3] + p[c + 3] + hi[c - 3] + hi[c] + hi[c + 3];
+                const int s = lo[c - 3] + lo[c] + lo[c + 3] + p[c - 3] + p[c + 3] + hi[c - 3] +
+                              hi[c] + hi[c + 3];
                 p[c] = clampByte((p[c] * centre - 2 * s) / divisor);
             }
         }
@@ -145,7 +146,8 @@ void cDIBSection::effectWaves(int phase, int /*unused*/, ProgressWord* progress)
     const std::vector<std::uint8_t> copy = bits_;
     const std::size_t rowBytes = static_cast<std::size_t>(Width()) * 3;
     for (int y = 0; y < h; ++y) {
-        std::copy_n(copy.data() + static_cast<std::size_t>(map[y]) * stride(), rowBytes, rowBits(y));
+        std::copy_n(copy.data() + static_cast<std::size_t>(map[y]) * stride(), rowBytes,
+                    rowBits(y));
         rp.step(y, h);
     }
     rp.done();
@@ -194,7 +196,8 @@ AlphaTable& alphaTable() {
 
 }  // namespace
 
-void cDIBSection::effectAlphaBlending(int alpha, const brindle::Picture& second, ProgressWord* progress) {
+void cDIBSection::effectAlphaBlending(int alpha, const brindle::Picture& second,
+                                      ProgressWord* progress) {
     RowProgress rp(progress_, progress);
     if (alpha < 1) alpha = 50;
     if (alpha >= 100) alpha = 100;
@@ -259,7 +262,8 @@ int countDiffering(const Neighbours& n, const std::uint8_t* centre, int low, int
 
 }  // namespace
 
-void cDIBSection::EffectReduceNoise(int radius, int low, int high, int method, bool mark, ProgressWord* progress) {
+void cDIBSection::EffectReduceNoise(int radius, int low, int high, int method, bool mark,
+                                    ProgressWord* progress) {
     RowProgress rp(progress_, progress);
     if (method < 1 || method > 4 || Height() < 3) return rp.done();
     const cDIBSection copy = *this;

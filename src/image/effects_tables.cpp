@@ -100,7 +100,8 @@ double cDIBSection::effectBrightnessBitsTest(int brightness, ProgressWord* progr
         rp.step(y, rows);
     }
     rp.done();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
 }
 
 void cDIBSection::effectIntensiv(int strength, ProgressWord* progress) {
@@ -162,7 +163,8 @@ void cDIBSection::effectGrayBits(ProgressWord* progress) {
     for (int i = 0; i < 766; ++i) third[i] = static_cast<std::uint8_t>(roundEven(i / 3.0));
     for (int y = 0; y < Height(); ++y) {
         std::uint8_t* p = rowBits(y);
-        for (int x = 0; x < Width() * 3; x += 3) p[x] = p[x + 1] = p[x + 2] = third[p[x] + p[x + 1] + p[x + 2]];
+        for (int x = 0; x < Width() * 3; x += 3)
+            p[x] = p[x + 1] = p[x + 2] = third[p[x] + p[x + 1] + p[x + 2]];
         rp.step(y, Height());
     }
     rp.done();
@@ -189,14 +191,22 @@ namespace {
 
 bool saturationSelects(int mode, int b, int g, int r) {
     switch (mode) {
-        case 1: return r > g && r > b;
-        case 2: return g > r && g > b;
-        case 4: return b > r && b > g;
-        case 3: return b < r || b < g;
-        case 5: return g < r || g < b;
-        case 6: return r < g || r < b;
-        case 7: return true;
-        default: return false;
+        case 1:
+            return r > g && r > b;
+        case 2:
+            return g > r && g > b;
+        case 4:
+            return b > r && b > g;
+        case 3:
+            return b < r || b < g;
+        case 5:
+            return g < r || g < b;
+        case 6:
+            return r < g || r < b;
+        case 7:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -224,7 +234,8 @@ void cDIBSection::effectFarbeSaturation(int percent, int mode, ProgressWord* pro
 }
 
 // The hold argument is how much of the picture's own colour stays, in percent.
-void cDIBSection::effectEinfärben(int red, int green, int blue, int brightness, int hold, ProgressWord* progress) {
+void cDIBSection::effectEinfärben(int red, int green, int blue, int brightness, int hold,
+                                  ProgressWord* progress) {
     RowProgress rp(progress_, progress);
     const int mean0 = roundEven((red + green + blue) / 3.0);
     const double keep = hold / 100.0;

@@ -42,7 +42,8 @@ bool applyFileStamp(const std::string& path, const FileStamp& stamp) {
     return timesOk && modeOk;
 }
 
-bool writeBytesAtomic(const std::string& path, const void* data, std::size_t size, std::string* error) {
+bool writeBytesAtomic(const std::string& path, const void* data, std::size_t size,
+                      std::string* error) {
     const std::string tmp = temporaryBeside(path);
     const int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (fd < 0) {

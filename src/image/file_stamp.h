@@ -27,7 +27,8 @@ bool applyFileStamp(const std::string& path, const FileStamp& stamp);
 
 // Writes beside `path` and renames over it. On failure `error` gets the
 // system's text and the old file stays as it was.
-bool writeBytesAtomic(const std::string& path, const void* data, std::size_t size, std::string* error = nullptr);
+bool writeBytesAtomic(const std::string& path, const void* data, std::size_t size,
+                      std::string* error = nullptr);
 
 // Reads the whole file; false (with the system's text) when it cannot.
 bool readPictureBytes(const std::string& path, std::string& bytes, std::string* error = nullptr);

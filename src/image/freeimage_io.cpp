@@ -5,7 +5,6 @@
 
 #include <cstdarg>
 #include <cstdio>
-
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -26,7 +25,9 @@ thread_local MessageSink tlsSink;
 void onFreeImageMessage(FREE_IMAGE_FORMAT fif, const char* message) {
     const char* format = fif == FIF_UNKNOWN ? "?" : FreeImage_GetFormatFromFIF(fif);
     tlsSink.last = message ? message : "";
-    if (tlsSink.env) logLine(tlsSink.env->log, std::string("FreeImage (") + (format ? format : "?") + "): " + tlsSink.last);
+    if (tlsSink.env)
+        logLine(tlsSink.env->log,
+                std::string("FreeImage (") + (format ? format : "?") + "): " + tlsSink.last);
 }
 
 // libtiff, underneath FreeImage, prints its complaints (unknown EXIF tags of
@@ -87,16 +88,19 @@ bool toDib(FIBITMAP* source, cDIBSection& dib) {
     const int h = static_cast<int>(FreeImage_GetHeight(rgb.get()));
     if (!dib.Create(w, h)) return false;
     for (int y = 0; y < h; ++y)
-        std::memcpy(dib.rowBits(y), FreeImage_GetScanLine(rgb.get(), y), static_cast<std::size_t>(w) * 3);
+        std::memcpy(dib.rowBits(y), FreeImage_GetScanLine(rgb.get(), y),
+                    static_cast<std::size_t>(w) * 3);
     return true;
 }
 
 }  // namespace
 
-bool freeImageSingleRead(const std::string& path, cDIBSection& dib, const ImageEnv& env, std::string* error) {
+bool freeImageSingleRead(const std::string& path, cDIBSection& dib, const ImageEnv& env,
+                         std::string* error) {
     Session session(env);
     const FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(path.c_str(), 16);
-    if (fif == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(fif)) return setError(error, "unknown file type"), false;
+    if (fif == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(fif))
+        return setError(error, "unknown file type"), false;
     Bitmap bitmap(FreeImage_Load(fif, path.c_str(), 0));
     if (!bitmap) return setError(error, session.lastMessage()), false;
     if (!toDib(bitmap.get(), dib)) return setError(error, "cannot convert the picture"), false;
@@ -106,7 +110,10 @@ bool freeImageSingleRead(const std::string& path, cDIBSection& dib, const ImageE
 bool freeImageMultiPageRead(const std::string& rawPath, cDIBSection& dib, const ImageEnv& env) {
     Session session(env);
     const auto first = rawPath.find_first_not_of(" \t");
-    const std::string path = first == std::string::npos ? "" : rawPath.substr(first, rawPath.find_last_not_of(" \t") - first + 1);
+    const std::string path =
+        first == std::string::npos
+            ? ""
+            : rawPath.substr(first, rawPath.find_last_not_of(" \t") - first + 1);
     if (path.empty()) {
         logLine(env.log, "[FreeImage_MultiPage_Load] No file specified to load");
         return false;
@@ -117,7 +124,9 @@ bool freeImageMultiPageRead(const std::string& rawPath, cDIBSection& dib, const 
     }
     const FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(path.c_str(), 16);
     if (fif == FIF_UNKNOWN) {
-        logLine(env.log, "[FreeImage_MultiPage_Load] Unable to determine the file type of the specified multipage bitmap");
+        logLine(env.log,
+                "[FreeImage_MultiPage_Load] Unable to determine the file type of the specified "
+                "multipage bitmap");
         return false;
     }
     FIMULTIBITMAP* multi = FreeImage_OpenMultiBitmap(fif, path.c_str(), FALSE, TRUE, TRUE, 0);
@@ -134,40 +143,59 @@ bool freeImageMultiPageRead(const std::string& rawPath, cDIBSection& dib, const 
     return ok;
 }
 
-bool platformRead(const std::string& path, PlatformFormat format, cDIBSection& dib, const ImageEnv& env,
-                  std::string* error) {
+bool platformRead(const std::string& path, PlatformFormat format, cDIBSection& dib,
+                  const ImageEnv& env, std::string* error) {
     Session session(env);
     FREE_IMAGE_FORMAT fif = FIF_BMP;
     switch (format) {
-        case PlatformFormat::Bmp: fif = FIF_BMP; break;
-        case PlatformFormat::Gif: fif = FIF_GIF; break;
-        case PlatformFormat::Icon: fif = FIF_ICO; break;
-        case PlatformFormat::Jpeg: fif = FIF_JPEG; break;
+        case PlatformFormat::Bmp:
+            fif = FIF_BMP;
+            break;
+        case PlatformFormat::Gif:
+            fif = FIF_GIF;
+            break;
+        case PlatformFormat::Icon:
+            fif = FIF_ICO;
+            break;
+        case PlatformFormat::Jpeg:
+            fif = FIF_JPEG;
+            break;
     }
     if (!fileExists(path)) return setError(error, "file not found"), false;
     if (!FreeImage_Validate(fif, path.c_str()))
-        return setError(error, std::string("not a ") + FreeImage_GetFormatFromFIF(fif) + " file"), false;
+        return setError(error, std::string("not a ") + FreeImage_GetFormatFromFIF(fif) + " file"),
+               false;
     Bitmap bitmap(FreeImage_Load(fif, path.c_str(), 0));
-    if (!bitmap) return setError(error, session.lastMessage().empty() ? "cannot read the picture" : session.lastMessage()), false;
+    if (!bitmap)
+        return setError(error, session.lastMessage().empty() ? "cannot read the picture"
+                                                             : session.lastMessage()),
+               false;
     if (!toDib(bitmap.get(), dib)) return setError(error, "cannot convert the picture"), false;
     return true;
 }
 
-bool freeImageSave(const cDIBSection& dib, const std::string& path, int format, std::string* error) {
+bool freeImageSave(const cDIBSection& dib, const std::string& path, int format,
+                   std::string* error) {
     if (dib.empty()) return setError(error, "no picture"), false;
-    if (format != kFreeImagePng && format != kFreeImageTiff) return setError(error, "unsupported format"), false;
+    if (format != kFreeImagePng && format != kFreeImageTiff)
+        return setError(error, "unsupported format"), false;
     ImageEnv quiet;
     Session session(quiet);
-    Bitmap bitmap(FreeImage_Allocate(dib.Width(), dib.Height(), 24, FI_RGBA_RED_MASK, FI_RGBA_GREEN_MASK, FI_RGBA_BLUE_MASK));
+    Bitmap bitmap(FreeImage_Allocate(dib.Width(), dib.Height(), 24, FI_RGBA_RED_MASK,
+                                     FI_RGBA_GREEN_MASK, FI_RGBA_BLUE_MASK));
     if (!bitmap) return setError(error, "out of memory"), false;
     for (int y = 0; y < dib.Height(); ++y)
-        std::memcpy(FreeImage_GetScanLine(bitmap.get(), y), dib.rowBits(y), static_cast<std::size_t>(dib.Width()) * 3);
+        std::memcpy(FreeImage_GetScanLine(bitmap.get(), y), dib.rowBits(y),
+                    static_cast<std::size_t>(dib.Width()) * 3);
     FIMEMORY* memory = FreeImage_OpenMemory();
-    bool ok = FreeImage_SaveToMemory(static_cast<FREE_IMAGE_FORMAT>(format), bitmap.get(), memory, 0);
+    bool ok =
+        FreeImage_SaveToMemory(static_cast<FREE_IMAGE_FORMAT>(format), bitmap.get(), memory, 0);
     BYTE* bytes = nullptr;
     DWORD size = 0;
     if (ok) ok = FreeImage_AcquireMemory(memory, &bytes, &size);
-    if (!ok) setError(error, session.lastMessage().empty() ? "cannot encode the picture" : session.lastMessage());
+    if (!ok)
+        setError(error, session.lastMessage().empty() ? "cannot encode the picture"
+                                                      : session.lastMessage());
     if (ok) ok = writeBytesAtomic(path, bytes, size, error);
     FreeImage_CloseMemory(memory);
     return ok;

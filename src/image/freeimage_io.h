@@ -26,10 +26,11 @@ bool freeImageSingleRead(const std::string& path, cDIBSection& dib, const ImageE
 // "[FreeImage_MultiPage_Load] ...".
 bool freeImageMultiPageRead(const std::string& path, cDIBSection& dib, const ImageEnv& env);
 
-bool platformRead(const std::string& path, PlatformFormat format, cDIBSection& dib, const ImageEnv& env,
-                  std::string* error = nullptr);
+bool platformRead(const std::string& path, PlatformFormat format, cDIBSection& dib,
+                  const ImageEnv& env, std::string* error = nullptr);
 
 // Writes `dib` as format 13 (PNG) or 18 (TIFF).
-bool freeImageSave(const cDIBSection& dib, const std::string& path, int format, std::string* error = nullptr);
+bool freeImageSave(const cDIBSection& dib, const std::string& path, int format,
+                   std::string* error = nullptr);
 
 }  // namespace brindle

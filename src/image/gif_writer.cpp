@@ -16,10 +16,13 @@ void put16(std::string& out, int v) {
 
 }  // namespace
 
-bool GIF::encode(const cDIBSection& picture, bool transparent, std::uint32_t transparentColour, std::string& out) {
+bool GIF::encode(const cDIBSection& picture, bool transparent, std::uint32_t transparentColour,
+                 std::string& out) {
     out.clear();
-    if (picture.empty() || picture.Width() > gif::kMaxSide || picture.Height() > gif::kMaxSide) return false;
-    const std::optional<Rgb> reserved = transparent ? std::optional<Rgb>(splitColour(transparentColour)) : std::nullopt;
+    if (picture.empty() || picture.Width() > gif::kMaxSide || picture.Height() > gif::kMaxSide)
+        return false;
+    const std::optional<Rgb> reserved =
+        transparent ? std::optional<Rgb>(splitColour(transparentColour)) : std::nullopt;
     const Palette palette = buildPalette(picture, 256, reserved);
     const std::vector<std::uint8_t> indices = mapToPalette(picture, palette);
 
@@ -49,7 +52,8 @@ bool GIF::encode(const cDIBSection& picture, bool transparent, std::uint32_t tra
     put16(out, picture.Height());
     put8(out, 0);
     put8(out, gif::kMinCodeSize);
-    const std::vector<std::uint8_t> stream = lzwEncode(indices.data(), indices.size(), gif::kMinCodeSize);
+    const std::vector<std::uint8_t> stream =
+        lzwEncode(indices.data(), indices.size(), gif::kMinCodeSize);
     for (std::size_t at = 0; at < stream.size(); at += gif::kMaxSubBlock) {
         const std::size_t n = std::min<std::size_t>(gif::kMaxSubBlock, stream.size() - at);
         put8(out, static_cast<int>(n));
@@ -70,8 +74,8 @@ bool GIF::SaveGIF(const cDIBSection& picture, const std::string& path, bool tran
     return writeBytesAtomic(path, bytes.data(), bytes.size(), error);
 }
 
-bool GIF::SaveGIF(const Picture& picture, const std::string& path, bool transparent, std::uint32_t transparentColour,
-                  std::string* error) {
+bool GIF::SaveGIF(const Picture& picture, const std::string& path, bool transparent,
+                  std::uint32_t transparentColour, std::string* error) {
     if (!picture) {
         if (error) *error = "no picture";
         return false;

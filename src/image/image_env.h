@@ -33,7 +33,9 @@ struct ImageStatus {
 
     explicit operator bool() const { return ok; }
     static ImageStatus success() { return {true, std::nullopt}; }
-    static ImageStatus failure(std::optional<ImageMessage> m = std::nullopt) { return {false, std::move(m)}; }
+    static ImageStatus failure(std::optional<ImageMessage> m = std::nullopt) {
+        return {false, std::move(m)};
+    }
 };
 
 inline constexpr const char* kLineEnd = "\r\n";

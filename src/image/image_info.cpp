@@ -27,7 +27,8 @@ bool CImageInfo::ReadImageInfo(const std::string& path) {
     if (!in) return false;
     std::vector<char> buffer(imageinfo::kBufferSize);
     in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-    return ReadImageInfoFromBytes(std::string_view(buffer.data(), static_cast<std::size_t>(in.gcount())));
+    return ReadImageInfoFromBytes(
+        std::string_view(buffer.data(), static_cast<std::size_t>(in.gcount())));
 }
 
 bool CImageInfo::ReadImageInfoFromBytes(std::string_view bytes) {
@@ -53,12 +54,23 @@ bool CImageInfo::readPng(std::string_view b) {
     Height = join(at(b, 23), at(b, 22));
     const int bitDepth = at(b, 24);
     switch (at(b, 25)) {
-        case 0: Depth = bitDepth; break;
-        case 2: Depth = bitDepth * 3; break;
-        case 3: Depth = 8; break;  // a palette index, whatever its bit depth
-        case 4: Depth = bitDepth * 2; break;
-        case 6: Depth = bitDepth * 4; break;
-        default: return false;
+        case 0:
+            Depth = bitDepth;
+            break;
+        case 2:
+            Depth = bitDepth * 3;
+            break;
+        case 3:
+            Depth = 8;
+            break;  // a palette index, whatever its bit depth
+        case 4:
+            Depth = bitDepth * 2;
+            break;
+        case 6:
+            Depth = bitDepth * 4;
+            break;
+        default:
+            return false;
     }
     return true;
 }
@@ -86,7 +98,8 @@ bool CImageInfo::readJpeg(std::string_view b) {
             continue;
         }
         if (code == 0xD9 || code == 0xDA) return false;  // no frame before the image data
-        const bool frame = code >= 0xC0 && code <= 0xCF && code != 0xC4 && code != 0xC8 && code != 0xCC;
+        const bool frame =
+            code >= 0xC0 && code <= 0xCF && code != 0xC4 && code != 0xC8 && code != 0xCC;
         if (frame) {
             if (pos + 10 > b.size()) return false;
             ImageType = kImageJpeg;
@@ -104,7 +117,8 @@ bool CImageInfo::readJpeg(std::string_view b) {
 
 bool CImageInfo::readBmp(std::string_view b) {
     if (b.size() < 26) return false;
-    const long infoSize = join(at(b, 14), at(b, 15)) | (static_cast<long>(join(at(b, 16), at(b, 17))) << 16);
+    const long infoSize =
+        join(at(b, 14), at(b, 15)) | (static_cast<long>(join(at(b, 16), at(b, 17))) << 16);
     ImageType = kImageBmp;
     if (infoSize == 12) {
         Width = join(at(b, 18), at(b, 19));
@@ -114,8 +128,9 @@ bool CImageInfo::readBmp(std::string_view b) {
     }
     if (b.size() < 30) return false;
     auto i32 = [&](std::size_t i) {
-        const unsigned long u = static_cast<unsigned long>(join(at(b, i), at(b, i + 1))) |
-                                (static_cast<unsigned long>(join(at(b, i + 2), at(b, i + 3))) << 16);
+        const unsigned long u =
+            static_cast<unsigned long>(join(at(b, i), at(b, i + 1))) |
+            (static_cast<unsigned long>(join(at(b, i + 2), at(b, i + 3))) << 16);
         return static_cast<long>(static_cast<std::int32_t>(static_cast<std::uint32_t>(u)));
     };
     const long w = i32(18), h = i32(22);

@@ -16,7 +16,7 @@ enum ImageInfoType : int {
 };
 
 class CImageInfo {
-public:
+  public:
     int Width = 0;
     int Height = 0;
     int Depth = 0;  // bits per pixel
@@ -27,7 +27,7 @@ public:
     bool ReadImageInfo(const std::string& path);
     bool ReadImageInfoFromBytes(std::string_view bytes);
 
-private:
+  private:
     // Multi-byte numbers are joined from (low, high) bytes.
     static int join(unsigned char low, unsigned char high) { return low | (high << 8); }
     bool readPng(std::string_view b);

@@ -27,7 +27,9 @@ void setError(std::string* error, const std::string& text) {
     if (error) *error = text;
 }
 
-const unsigned char* jpegBytes(const std::string& bytes) { return reinterpret_cast<const unsigned char*>(bytes.data()); }
+const unsigned char* jpegBytes(const std::string& bytes) {
+    return reinterpret_cast<const unsigned char*>(bytes.data());
+}
 
 // A JPEG cannot code a picture in much less than this many bytes per
 // pixel; a header promising more pixels than that is not believed.
@@ -43,14 +45,16 @@ int clampQuality(int q) { return q < 0 ? 0 : (q > 100 ? 100 : q); }
 
 JpegScale chooseJpegScale(int width, int height, int wantWidth, int wantHeight) {
     JpegScale best;
-    if (wantWidth <= 0 || wantHeight <= 0 || (wantWidth >= width && wantHeight >= height)) return best;
+    if (wantWidth <= 0 || wantHeight <= 0 || (wantWidth >= width && wantHeight >= height))
+        return best;
     int count = 0;
     const tjscalingfactor* factors = tjGetScalingFactors(&count);
     for (int i = 0; factors && i < count; ++i) {
         const JpegScale s{factors[i].num, factors[i].denom};
         if (s.num >= s.denom) continue;
         if (s.scaled(width) < wantWidth || s.scaled(height) < wantHeight) continue;
-        if (static_cast<long long>(s.num) * best.denom < static_cast<long long>(best.num) * s.denom) best = s;
+        if (static_cast<long long>(s.num) * best.denom < static_cast<long long>(best.num) * s.denom)
+            best = s;
     }
     return best;
 }
@@ -59,24 +63,28 @@ bool readJpegSize(const std::string& bytes, int& width, int& height, std::string
     TjHandle h(tjInitDecompress());
     if (!h) return setError(error, "no JPEG decoder"), false;
     int subsamp = 0, colourspace = 0;
-    if (tjDecompressHeader3(h.get(), jpegBytes(bytes), bytes.size(), &width, &height, &subsamp, &colourspace) != 0)
+    if (tjDecompressHeader3(h.get(), jpegBytes(bytes), bytes.size(), &width, &height, &subsamp,
+                            &colourspace) != 0)
         return setError(error, tjGetErrorStr2(h.get())), false;
     return true;
 }
 
-bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth, int wantHeight, std::string* error) {
+bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth, int wantHeight,
+                std::string* error) {
     TjHandle h(tjInitDecompress());
     if (!h) return setError(error, "no JPEG decoder"), false;
     int width = 0, height = 0, subsamp = 0, colourspace = 0;
-    if (tjDecompressHeader3(h.get(), jpegBytes(bytes), bytes.size(), &width, &height, &subsamp, &colourspace) != 0)
+    if (tjDecompressHeader3(h.get(), jpegBytes(bytes), bytes.size(), &width, &height, &subsamp,
+                            &colourspace) != 0)
         return setError(error, tjGetErrorStr2(h.get())), false;
-    if (!plausibleSize(width, height, bytes.size())) return setError(error, "implausible picture size"), false;
+    if (!plausibleSize(width, height, bytes.size()))
+        return setError(error, "implausible picture size"), false;
     const JpegScale scale = chooseJpegScale(width, height, wantWidth, wantHeight);
     const int w = scale.scaled(width), hgt = scale.scaled(height);
     if (!dib.Create(w, hgt)) return setError(error, "out of memory"), false;
     // Rows go straight into the section, bottom-up, blue-green-red.
-    if (tjDecompress2(h.get(), jpegBytes(bytes), bytes.size(), dib.DIBSectionBitsPtr(), w, dib.BytesPerScanLine(), hgt,
-                      TJPF_BGR, TJFLAG_BOTTOMUP) != 0 &&
+    if (tjDecompress2(h.get(), jpegBytes(bytes), bytes.size(), dib.DIBSectionBitsPtr(), w,
+                      dib.BytesPerScanLine(), hgt, TJPF_BGR, TJFLAG_BOTTOMUP) != 0 &&
         tjGetErrorCode(h.get()) != TJERR_WARNING) {
         setError(error, tjGetErrorStr2(h.get()));
         dib.ClearUp();
@@ -85,7 +93,8 @@ bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth, int w
     return true;
 }
 
-bool LoadJPG(cDIBSection& dib, const std::string& path, std::string* error, int wantWidth, int wantHeight) {
+bool LoadJPG(cDIBSection& dib, const std::string& path, std::string* error, int wantWidth,
+             int wantHeight) {
     const std::string lower = asciiLower(path);
     if (!endsWithNoCase(lower, "jpg") && !endsWithNoCase(lower, "jpeg")) return false;
     std::string bytes;
@@ -100,15 +109,17 @@ bool encodeJpeg(const cDIBSection& dib, int quality, std::string& out, std::stri
     const int q = clampQuality(quality);
     unsigned char* buffer = nullptr;
     unsigned long size = 0;
-    const int rc = tjCompress2(h.get(), dib.DIBSectionBitsPtr(), dib.Width(), dib.BytesPerScanLine(), dib.Height(),
-                               TJPF_BGR, &buffer, &size, TJSAMP_420, q < 1 ? 1 : q, TJFLAG_BOTTOMUP);
+    const int rc = tjCompress2(h.get(), dib.DIBSectionBitsPtr(), dib.Width(),
+                               dib.BytesPerScanLine(), dib.Height(), TJPF_BGR, &buffer, &size,
+                               TJSAMP_420, q < 1 ? 1 : q, TJFLAG_BOTTOMUP);
     TjBuffer owned(buffer);
     if (rc != 0) return setError(error, tjGetErrorStr2(h.get())), false;
     out.assign(reinterpret_cast<const char*>(buffer), size);
     return true;
 }
 
-ImageStatus SaveJPG(const cDIBSection& dib, const std::string& path, int quality, const ImageEnv& env) {
+ImageStatus SaveJPG(const cDIBSection& dib, const std::string& path, int quality,
+                    const ImageEnv& env) {
     {
         TjHandle probe(tjInitCompress());
         if (!probe)
@@ -117,7 +128,8 @@ ImageStatus SaveJPG(const cDIBSection& dib, const std::string& path, int quality
     }
     const FileStamp old = readFileStamp(path);
     std::string bytes, error;
-    if (!encodeJpeg(dib, quality, bytes, &error) || !writeBytesAtomic(path, bytes.data(), bytes.size(), &error)) {
+    if (!encodeJpeg(dib, quality, bytes, &error) ||
+        !writeBytesAtomic(path, bytes.data(), bytes.size(), &error)) {
         logLine(env.log, "SaveJPG: " + path + ": " + error);
         return ImageStatus::failure();
     }
@@ -137,12 +149,14 @@ Picture LoadPicturePlus(const std::string& path, const ImageEnv& env) {
     return Picture::fromDib(std::move(dib));
 }
 
-ImageStatus SavePictureAsJPG(const Picture& picture, const std::string& path, int quality, const ImageEnv& env) {
+ImageStatus SavePictureAsJPG(const Picture& picture, const std::string& path, int quality,
+                             const ImageEnv& env) {
     if (!hasEncoderFor("image/jpeg"))
-        return ImageStatus::failure(ImageMessage{"Encoder Error",
-                                                 tr(env.language, "GDI Plus: Konnte keinen passenden Encoder ermitteln.",
-                                                    "GDI Plus: Don't found an encoder"),
-                                                 0});
+        return ImageStatus::failure(
+            ImageMessage{"Encoder Error",
+                         tr(env.language, "GDI Plus: Konnte keinen passenden Encoder ermitteln.",
+                            "GDI Plus: Don't found an encoder"),
+                         0});
     if (!picture) return ImageStatus::failure();
     std::string bytes, error;
     if (!encodeJpeg(*picture.Handle(), clampQuality(quality), bytes, &error) ||
@@ -157,21 +171,33 @@ namespace {
 
 bool transformOp(int transformation, int& op) {
     switch (transformation) {
-        case kJpegRotate90: op = TJXOP_ROT90; return true;
-        case kJpegRotate180: op = TJXOP_ROT180; return true;
-        case kJpegRotate270: op = TJXOP_ROT270; return true;
-        case kJpegFlipHorizontal: op = TJXOP_HFLIP; return true;
-        case kJpegFlipVertical: op = TJXOP_VFLIP; return true;
-        default: return false;
+        case kJpegRotate90:
+            op = TJXOP_ROT90;
+            return true;
+        case kJpegRotate180:
+            op = TJXOP_ROT180;
+            return true;
+        case kJpegRotate270:
+            op = TJXOP_ROT270;
+            return true;
+        case kJpegFlipHorizontal:
+            op = TJXOP_HFLIP;
+            return true;
+        case kJpegFlipVertical:
+            op = TJXOP_VFLIP;
+            return true;
+        default:
+            return false;
     }
 }
 
 }  // namespace
 
-bool SaveAsRotatedJpgLossless(const std::string& source, const std::string& target, int transformation,
-                              std::string* error) {
+bool SaveAsRotatedJpgLossless(const std::string& source, const std::string& target,
+                              int transformation, std::string* error) {
     tjtransform xf{};
-    if (!transformOp(transformation, xf.op)) return setError(error, "unknown transformation"), false;
+    if (!transformOp(transformation, xf.op))
+        return setError(error, "unknown transformation"), false;
     std::string bytes;
     if (!readPictureBytes(source, bytes, error)) return false;
     TjHandle h(tjInitTransform());

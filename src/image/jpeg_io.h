@@ -25,7 +25,9 @@ enum JpegTransform : int {
 struct JpegScale {
     int num = 1;
     int denom = 1;
-    int scaled(int side) const { return static_cast<int>((static_cast<long long>(side) * num + denom - 1) / denom); }
+    int scaled(int side) const {
+        return static_cast<int>((static_cast<long long>(side) * num + denom - 1) / denom);
+    }
 };
 
 // The smallest of the decoder's reducing scale factors that still gives at
@@ -42,16 +44,18 @@ bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth = 0, i
                 std::string* error = nullptr);
 
 // Only for paths ending in "jpg" or "jpeg" (any case).
-bool LoadJPG(cDIBSection& dib, const std::string& path, std::string* error = nullptr, int wantWidth = 0,
-             int wantHeight = 0);
+bool LoadJPG(cDIBSection& dib, const std::string& path, std::string* error = nullptr,
+             int wantWidth = 0, int wantHeight = 0);
 
 // Encodes at `quality` (limited to 0..100; 0 and 1 are the same to the
 // encoder) with 4:2:0 chroma; false when the encoder refused.
-bool encodeJpeg(const cDIBSection& dib, int quality, std::string& out, std::string* error = nullptr);
+bool encodeJpeg(const cDIBSection& dib, int quality, std::string& out,
+                std::string* error = nullptr);
 
 // Writes `dib` to `path`. A file that stood there keeps its modification
 // time and permissions.
-ImageStatus SaveJPG(const cDIBSection& dib, const std::string& path, int quality, const ImageEnv& env = {});
+ImageStatus SaveJPG(const cDIBSection& dib, const std::string& path, int quality,
+                    const ImageEnv& env = {});
 
 // The encoders pictures can be saved with, looked up by MIME type (any
 // case); only "image/jpeg" has one here.
@@ -68,7 +72,7 @@ ImageStatus SavePictureAsJPG(const Picture& picture, const std::string& path, in
 // Reads any picture file FreeImage knows, by its content.
 Picture LoadPicturePlus(const std::string& path, const ImageEnv& env = {});
 
-bool SaveAsRotatedJpgLossless(const std::string& source, const std::string& target, int transformation,
-                              std::string* error = nullptr);
+bool SaveAsRotatedJpgLossless(const std::string& source, const std::string& target,
+                              int transformation, std::string* error = nullptr);
 
 }  // namespace brindle

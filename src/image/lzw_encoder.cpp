@@ -10,7 +10,7 @@ constexpr int kTableCodes = 1 << kMaxBits;
 constexpr int kHashSize = 8192;  // a power of two, about twice the codes
 
 class BitPacker {
-public:
+  public:
     explicit BitPacker(std::vector<std::uint8_t>& out) : out_(out) {}
     void put(int code, int width) {
         buffer_ |= static_cast<std::uint32_t>(code) << bits_;
@@ -27,7 +27,7 @@ public:
         bits_ = 0;
     }
 
-private:
+  private:
     std::vector<std::uint8_t>& out_;
     std::uint32_t buffer_ = 0;
     int bits_ = 0;
@@ -36,7 +36,7 @@ private:
 // The string table: (prefix code, next index) -> code, by open addressing.
 // A generation number per slot makes clearing free.
 class StringTable {
-public:
+  public:
     StringTable() : keys_(kHashSize), codes_(kHashSize), generation_(kHashSize, 0) {}
     void clear() { ++current_; }
     int find(int prefix, int index) const {
@@ -55,8 +55,10 @@ public:
         codes_[s] = static_cast<std::uint16_t>(code);
     }
 
-private:
-    static std::uint32_t key(int prefix, int index) { return static_cast<std::uint32_t>(prefix) << 8 | index; }
+  private:
+    static std::uint32_t key(int prefix, int index) {
+        return static_cast<std::uint32_t>(prefix) << 8 | index;
+    }
     static std::uint32_t slot(std::uint32_t k) { return (k * 2654435761u) >> (32 - 13); }
     std::vector<std::uint32_t> keys_;
     std::vector<std::uint16_t> codes_;

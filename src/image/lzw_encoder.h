@@ -18,7 +18,7 @@ struct LzwStats {
 
 // Codes `indices` (each below 2^minCodeSize) into the packed bit stream,
 // without the sub-block framing.
-std::vector<std::uint8_t> lzwEncode(const std::uint8_t* indices, std::size_t count, int minCodeSize = 8,
-                                    LzwStats* stats = nullptr);
+std::vector<std::uint8_t> lzwEncode(const std::uint8_t* indices, std::size_t count,
+                                    int minCodeSize = 8, LzwStats* stats = nullptr);
 
 }  // namespace brindle

@@ -20,8 +20,8 @@ void put32(std::vector<std::uint8_t>& out, std::size_t at, std::uint32_t v) {
 }
 
 // Bytes of colour table (and bit-field masks) that follow an info header.
-bool tableSize(std::uint32_t infoSize, int bitCount, std::uint32_t compression, std::uint32_t clrUsed,
-               std::uint64_t& size) {
+bool tableSize(std::uint32_t infoSize, int bitCount, std::uint32_t compression,
+               std::uint32_t clrUsed, std::uint64_t& size) {
     const bool core = infoSize == bmp::kCoreHeaderSize;
     std::uint64_t entries = clrUsed;
     if (entries == 0 && bitCount <= 8) entries = 1u << bitCount;
@@ -39,8 +39,10 @@ bool cDib::parse() {
     std::uint8_t b = 0, m = 0;
     std::uint32_t fileSize = 0, reserved = 0, infoSize = 0;
     if (!r.u8(b) || !r.u8(m) || b != 'B' || m != 'M') return false;
-    if (!r.u32le(fileSize) || !r.u32le(reserved) || !r.u32le(bitOffset_) || !r.u32le(infoSize)) return false;
-    if (infoSize != bmp::kCoreHeaderSize && (infoSize < bmp::kInfoHeaderSize || infoSize > 1024)) return false;
+    if (!r.u32le(fileSize) || !r.u32le(reserved) || !r.u32le(bitOffset_) || !r.u32le(infoSize))
+        return false;
+    if (infoSize != bmp::kCoreHeaderSize && (infoSize < bmp::kInfoHeaderSize || infoSize > 1024))
+        return false;
     if (infoSize > r.left() + 4) return false;
     sizeInfoHeader_ = infoSize;
     if (infoSize == bmp::kCoreHeaderSize) {
@@ -49,21 +51,23 @@ bool cDib::parse() {
         width_ = w, height_ = h, planes_ = planes, bitCount_ = bits;
     } else {
         std::uint16_t planes = 0, bits = 0;
-        if (!r.i32le(width_) || !r.i32le(height_) || !r.u16le(planes) || !r.u16le(bits) || !r.u32le(compression_) ||
-            !r.u32le(sizeImage_) || !r.i32le(xppm_) || !r.i32le(yppm_) || !r.u32le(clrUsed_) ||
-            !r.u32le(clrImportant_))
+        if (!r.i32le(width_) || !r.i32le(height_) || !r.u16le(planes) || !r.u16le(bits) ||
+            !r.u32le(compression_) || !r.u32le(sizeImage_) || !r.i32le(xppm_) || !r.i32le(yppm_) ||
+            !r.u32le(clrUsed_) || !r.u32le(clrImportant_))
             return false;
         planes_ = planes, bitCount_ = bits;
     }
     if (width_ <= 0 || height_ == 0 || height_ == INT32_MIN) return false;
-    if (bitCount_ != 1 && bitCount_ != 4 && bitCount_ != 8 && bitCount_ != 16 && bitCount_ != 24 && bitCount_ != 32)
+    if (bitCount_ != 1 && bitCount_ != 4 && bitCount_ != 8 && bitCount_ != 16 && bitCount_ != 24 &&
+        bitCount_ != 32)
         return false;
     std::uint64_t table = 0;
     if (!tableSize(infoSize, bitCount_, compression_, clrUsed_, table)) return false;
     if (bitOffset_ < bmp::kFileHeaderSize + infoSize || bitOffset_ > file_.size()) return false;
     // Uncompressed bits must all be there; run-length bits end where they end.
     if (compression_ == 0 || compression_ == bmp::kBitFields) {
-        const std::uint64_t stride = ((static_cast<std::uint64_t>(width_) * bitCount_ + 31) / 32) * 4;
+        const std::uint64_t stride =
+            ((static_cast<std::uint64_t>(width_) * bitCount_ + 31) / 32) * 4;
         const std::uint64_t rows = height_ < 0 ? -static_cast<std::int64_t>(height_) : height_;
         if (stride * rows > file_.size() - bitOffset_) return false;
     }
@@ -102,12 +106,15 @@ bool cDib::CreateFromPackedDIBPointer(const std::uint8_t* packed, std::size_t si
     if (infoSize == bmp::kCoreHeaderSize) {
         if (!r.skip(6) || !r.u16le(bits)) return false;
     } else {
-        if (!r.skip(10) || !r.u16le(bits) || !r.u32le(compression) || !r.skip(12) || !r.u32le(clrUsed)) return false;
+        if (!r.skip(10) || !r.u16le(bits) || !r.u32le(compression) || !r.skip(12) ||
+            !r.u32le(clrUsed))
+            return false;
     }
     std::uint64_t table = 0;
     if (bits > 32 || !tableSize(infoSize, bits, compression, clrUsed, table)) return false;
     const std::uint64_t offset = bmp::kFileHeaderSize + infoSize + table;
-    if (offset > bmp::kFileHeaderSize + size || bmp::kFileHeaderSize + size > UINT32_MAX) return false;
+    if (offset > bmp::kFileHeaderSize + size || bmp::kFileHeaderSize + size > UINT32_MAX)
+        return false;
     file_.assign(bmp::kFileHeaderSize, 0);
     file_[0] = 'B';
     file_[1] = 'M';

@@ -13,7 +13,7 @@
 namespace brindle {
 
 class cDib {
-public:
+  public:
     // Reads `path`. On failure the object is empty and `error` holds one of
     // "File does not exist:", "File is locked - cannot access:" or "File is
     // not a supported bitmap format:", a line end and the path.
@@ -46,20 +46,25 @@ public:
     std::uint32_t SizeFileHeader() const { return 14; }
     std::uint32_t BitOffset() const { return bitOffset_; }
     // Inside bytes(); valid until the object changes. nullptr when empty.
-    const std::uint8_t* PointerToBits() const { return empty() ? nullptr : file_.data() + bitOffset_; }
-    const std::uint8_t* PointerToBitmapInfo() const { return empty() ? nullptr : file_.data() + 14; }
+    const std::uint8_t* PointerToBits() const {
+        return empty() ? nullptr : file_.data() + bitOffset_;
+    }
+    const std::uint8_t* PointerToBitmapInfo() const {
+        return empty() ? nullptr : file_.data() + 14;
+    }
     // Info header and colour table together.
     std::uint32_t SizeBitmapInfo() const { return bitOffset_ - 14; }
     // Bytes from PointerToBits() to the end of the file.
     std::size_t SizeBits() const { return empty() ? 0 : file_.size() - bitOffset_; }
 
-private:
+  private:
     bool parse();
     void clear();
 
     std::vector<std::uint8_t> file_;
     int bitCount_ = 0, width_ = 0, height_ = 0, planes_ = 0;
-    std::uint32_t compression_ = 0, sizeInfoHeader_ = 0, sizeImage_ = 0, clrImportant_ = 0, clrUsed_ = 0;
+    std::uint32_t compression_ = 0, sizeInfoHeader_ = 0, sizeImage_ = 0, clrImportant_ = 0,
+                  clrUsed_ = 0;
     std::int32_t xppm_ = 0, yppm_ = 0;
     std::uint32_t bitOffset_ = 0;
 };

@@ -7,14 +7,18 @@ namespace brindle {
 namespace {
 
 std::uint32_t key(const std::uint8_t* bgr) {
-    return static_cast<std::uint32_t>(bgr[2]) << 16 | static_cast<std::uint32_t>(bgr[1]) << 8 | bgr[0];
+    return static_cast<std::uint32_t>(bgr[2]) << 16 | static_cast<std::uint32_t>(bgr[1]) << 8 |
+           bgr[0];
 }
 Rgb rgbOf(std::uint32_t k) {
-    return {static_cast<std::uint8_t>(k >> 16), static_cast<std::uint8_t>(k >> 8), static_cast<std::uint8_t>(k)};
+    return {static_cast<std::uint8_t>(k >> 16), static_cast<std::uint8_t>(k >> 8),
+            static_cast<std::uint8_t>(k)};
 }
 std::uint32_t key(Rgb c) { return static_cast<std::uint32_t>(c.red) << 16 | c.green << 8 | c.blue; }
 
-int bin(const std::uint8_t* bgr) { return (bgr[2] >> 3) << 10 | (bgr[1] >> 3) << 5 | (bgr[0] >> 3); }
+int bin(const std::uint8_t* bgr) {
+    return (bgr[2] >> 3) << 10 | (bgr[1] >> 3) << 5 | (bgr[0] >> 3);
+}
 
 // The distinct colours other than `skip`, or nothing when there are more than `limit`.
 // A colour left out of the palette building (the reserved one).
@@ -24,7 +28,8 @@ struct Skip {
     bool operator()(std::uint32_t k) const { return active && k == key; }
 };
 
-std::optional<std::vector<std::uint32_t>> distinctColours(const cDIBSection& dib, int limit, Skip skip) {
+std::optional<std::vector<std::uint32_t>> distinctColours(const cDIBSection& dib, int limit,
+                                                          Skip skip) {
     std::vector<bool> seen(1u << 24);
     std::vector<std::uint32_t> colours;
     for (int y = 0; y < dib.Height(); ++y) {
@@ -50,7 +55,9 @@ struct Box {
     std::uint64_t population = 0;
 };
 
-int channelOf(int cellIndex, int axis) { return (cellIndex >> (10 - 5 * axis)) & 31; }  // 0 red, 1 green, 2 blue
+int channelOf(int cellIndex, int axis) {
+    return (cellIndex >> (10 - 5 * axis)) & 31;
+}  // 0 red, 1 green, 2 blue
 
 // The axis with the widest spread of bins, and that spread.
 int widestAxis(const Box& box, int& spread) {
@@ -79,7 +86,8 @@ bool split(Box& box, Box& other, const std::vector<Cell>& cells) {
               [axis](int a, int b) { return channelOf(a, axis) < channelOf(b, axis); });
     std::uint64_t running = 0;
     std::size_t cut = 0;
-    while (cut + 1 < box.cells.size() && running + cells[box.cells[cut]].count <= box.population / 2)
+    while (cut + 1 < box.cells.size() &&
+           running + cells[box.cells[cut]].count <= box.population / 2)
         running += cells[box.cells[cut++]].count;
     if (cut == 0) running += cells[box.cells[cut++]].count;
     other.cells.assign(box.cells.begin() + static_cast<std::ptrdiff_t>(cut), box.cells.end());
@@ -99,7 +107,9 @@ struct Mean {
         blue += c.blue;
     }
     Rgb colour() const {
-        auto mean = [&](std::uint64_t s) { return static_cast<std::uint8_t>((s + count / 2) / count); };
+        auto mean = [&](std::uint64_t s) {
+            return static_cast<std::uint8_t>((s + count / 2) / count);
+        };
         return {mean(red), mean(green), mean(blue)};
     }
 };
@@ -116,13 +126,15 @@ void refine(const std::vector<Cell>& cells, std::vector<Mean>& means) {
         std::vector<Mean> next(means.size());
         for (int i : used) {
             const Cell& c = cells[i];
-            const long r = static_cast<long>(c.red / c.count), g = static_cast<long>(c.green / c.count),
+            const long r = static_cast<long>(c.red / c.count),
+                       g = static_cast<long>(c.green / c.count),
                        b = static_cast<long>(c.blue / c.count);
             std::size_t best = 0;
             long bestDistance = -1;
             for (std::size_t k = 0; k < centres.size(); ++k) {
                 if (!means[k].count) continue;
-                const long d = (centres[k].red - r) * (centres[k].red - r) + (centres[k].green - g) * (centres[k].green - g) +
+                const long d = (centres[k].red - r) * (centres[k].red - r) +
+                               (centres[k].green - g) * (centres[k].green - g) +
                                (centres[k].blue - b) * (centres[k].blue - b);
                 if (bestDistance < 0 || d < bestDistance) bestDistance = d, best = k;
             }
@@ -188,7 +200,8 @@ int nearest(const Palette& palette, int r, int g, int b) {
     for (int i = 0; i < palette.count; ++i) {
         if (i == palette.reserved) continue;
         const Rgb& e = palette.entries[i];
-        const long d = (e.red - r) * (e.red - r) + (e.green - g) * (e.green - g) + (e.blue - b) * (e.blue - b);
+        const long d =
+            (e.red - r) * (e.red - r) + (e.green - g) * (e.green - g) + (e.blue - b) * (e.blue - b);
         if (bestDistance < 0 || d < bestDistance) {
             bestDistance = d;
             best = i;
@@ -224,7 +237,8 @@ std::vector<std::uint8_t> mapToPalette(const cDIBSection& dib, const Palette& pa
     out.reserve(static_cast<std::size_t>(dib.Width()) * dib.Height());
     std::unordered_map<std::uint32_t, std::uint8_t> cache;
     cache.reserve(4096);
-    const std::uint32_t reservedKey = palette.reserved >= 0 ? key(palette.entries[palette.reserved]) : 0;
+    const std::uint32_t reservedKey =
+        palette.reserved >= 0 ? key(palette.entries[palette.reserved]) : 0;
     for (int y = dib.Height() - 1; y >= 0; --y) {
         const std::uint8_t* p = dib.rowBits(y);
         for (int x = 0; x < dib.Width(); ++x) {
@@ -236,7 +250,10 @@ std::vector<std::uint8_t> mapToPalette(const cDIBSection& dib, const Palette& pa
             }
             auto it = cache.find(k);
             if (it == cache.end())
-                it = cache.emplace(k, static_cast<std::uint8_t>(nearest(palette, px[2], px[1], px[0]))).first;
+                it = cache
+                         .emplace(k,
+                                  static_cast<std::uint8_t>(nearest(palette, px[2], px[1], px[0])))
+                         .first;
             out.push_back(it->second);
         }
     }

@@ -24,7 +24,8 @@ struct Palette {
 
 // Builds a palette of at most `maxColours` (2..256). With `reserved`, that
 // colour gets an entry of its own which only that exact colour maps to.
-Palette buildPalette(const cDIBSection& dib, int maxColours = 256, std::optional<Rgb> reserved = std::nullopt);
+Palette buildPalette(const cDIBSection& dib, int maxColours = 256,
+                     std::optional<Rgb> reserved = std::nullopt);
 
 // The palette index of every pixel, rows from top to bottom.
 std::vector<std::uint8_t> mapToPalette(const cDIBSection& dib, const Palette& palette);

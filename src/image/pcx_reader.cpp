@@ -18,10 +18,11 @@ bool fail(std::string* error, const char* why) {
 }
 
 bool readHeader(ByteReader& r, Header& h) {
-    return r.u8(h.manufacturer) && r.u8(h.version) && r.u8(h.encoding) && r.u8(h.bitsPerPlane) && r.u16le(h.xMin) &&
-           r.u16le(h.yMin) && r.u16le(h.xMax) && r.u16le(h.yMax) && r.u16le(h.hDpi) && r.u16le(h.vDpi) &&
-           r.bytes(h.palette16, sizeof h.palette16) && r.u8(h.reserved) && r.u8(h.planes) &&
-           r.u16le(h.bytesPerLine) && r.u16le(h.paletteType) && r.seek(pcx::kHeaderSize);
+    return r.u8(h.manufacturer) && r.u8(h.version) && r.u8(h.encoding) && r.u8(h.bitsPerPlane) &&
+           r.u16le(h.xMin) && r.u16le(h.yMin) && r.u16le(h.xMax) && r.u16le(h.yMax) &&
+           r.u16le(h.hDpi) && r.u16le(h.vDpi) && r.bytes(h.palette16, sizeof h.palette16) &&
+           r.u8(h.reserved) && r.u8(h.planes) && r.u16le(h.bytesPerLine) &&
+           r.u16le(h.paletteType) && r.seek(pcx::kHeaderSize);
 }
 
 bool knownKind(const Header& h) {
@@ -86,7 +87,8 @@ bool LoadPCX::LoadFromBytes(std::string_view bytes, std::string* error) {
     bpp_ = 0;
     ByteReader r(bytes);
     Header h;
-    if (!readHeader(r, h) || h.manufacturer != pcx::kManufacturer || h.encoding > 1 || !knownKind(h))
+    if (!readHeader(r, h) || h.manufacturer != pcx::kManufacturer || h.encoding > 1 ||
+        !knownKind(h))
         return fail(error, "not a PCX file");
     isPcx_ = true;
     compressed_ = h.encoding == 1;
@@ -98,16 +100,19 @@ bool LoadPCX::LoadFromBytes(std::string_view bytes, std::string* error) {
     const std::size_t lineBytes = static_cast<std::size_t>(h.bytesPerLine) * h.planes;
     const std::size_t total = lineBytes * static_cast<std::size_t>(height);
     // Two coded bytes make at most 63: a file cannot hold more than that.
-    if (total > r.left() * (compressed_ ? 32 : 1)) return fail(error, "PCX data is shorter than its header says");
+    if (total > r.left() * (compressed_ ? 32 : 1))
+        return fail(error, "PCX data is shorter than its header says");
 
     Palette palette;
     if (h.bitsPerPlane == 8 && h.planes == 1) {
         const bool tail = bytes.size() >= pcx::kHeaderSize + pcx::kTailPaletteSize &&
-                          static_cast<std::uint8_t>(bytes[bytes.size() - pcx::kTailPaletteSize]) == pcx::kTailPaletteMarker;
+                          static_cast<std::uint8_t>(bytes[bytes.size() - pcx::kTailPaletteSize]) ==
+                              pcx::kTailPaletteMarker;
         for (int i = 0; i < 256; ++i)
             for (int c = 0; c < 3; ++c)
-                palette.rgb[i][c] = tail ? static_cast<std::uint8_t>(bytes[bytes.size() - 768 + i * 3 + c])
-                                         : static_cast<std::uint8_t>(i);
+                palette.rgb[i][c] =
+                    tail ? static_cast<std::uint8_t>(bytes[bytes.size() - 768 + i * 3 + c])
+                         : static_cast<std::uint8_t>(i);
     } else if (h.bitsPerPlane == 1 && h.planes == 1) {
         for (int c = 0; c < 3; ++c) palette.rgb[1][c] = 255;
     } else {

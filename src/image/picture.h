@@ -10,7 +10,7 @@ namespace brindle {
 class cDIBSection;
 
 class Picture {
-public:
+  public:
     Picture() = default;
     // Takes a copy of `dib`'s pixels; an empty section gives no picture.
     static Picture fromDib(const cDIBSection& dib);
@@ -23,7 +23,7 @@ public:
     // of this picture lives.
     const cDIBSection* Handle() const { return dib_.get(); }
 
-private:
+  private:
     std::shared_ptr<const cDIBSection> dib_;
 };
 

@@ -11,7 +11,7 @@
 namespace brindle {
 
 class PictureHolder {
-public:
+  public:
     // While on, drawing goes to the persistent surface.
     bool AutoRedraw = false;
     // The picture the holder shows.
@@ -38,7 +38,7 @@ public:
     // The surface as a picture.
     brindle::Picture Image() const { return brindle::Picture::fromDib(surface_); }
 
-private:
+  private:
     cDIBSection surface_;
 };
 

@@ -22,25 +22,29 @@ struct Decoded {
 
 ImageMessage jpegFailure(const std::string& path, const std::string& description, Language lang) {
     const std::string two = std::string(kLineEnd) + kLineEnd;
-    const std::string text =
-        lang == Language::German
-            ? "Laden des Bildes " + path + " mißlungen! " + two + "Beschreibung: " + description + two + "Quelle: Brindlesee"
-            : "Loading of the picture " + path + " fault! " + two + "Description: " + description + two + "Source: Brindlesee";
+    const std::string text = lang == Language::German
+                                 ? "Laden des Bildes " + path + " mißlungen! " + two +
+                                       "Beschreibung: " + description + two + "Quelle: Brindlesee"
+                                 : "Loading of the picture " + path + " fault! " + two +
+                                       "Description: " + description + two + "Source: Brindlesee";
     return {"Fehler", text, 0};
 }
 
-bool readJpegGroup(const std::string& path, int wantW, int wantH, const ImageEnv& env, Decoded& out) {
+bool readJpegGroup(const std::string& path, int wantW, int wantH, const ImageEnv& env,
+                   Decoded& out) {
     std::string jpegError, platformError;
     if (!env.jpegDctScaling) wantW = wantH = 0;
     if (LoadJPG(out.dib, path, &jpegError, wantW, wantH)) return true;
     // The platform loader is more forgiving (colour spaces the fast decoder
     // will not convert); only when it fails too does the user hear of it.
     if (platformRead(path, PlatformFormat::Jpeg, out.dib, env, &platformError)) return true;
-    out.message = jpegFailure(path, platformError.empty() ? jpegError : platformError, env.language);
+    out.message =
+        jpegFailure(path, platformError.empty() ? jpegError : platformError, env.language);
     return false;
 }
 
-bool readPlatformGroup(const std::string& path, PlatformFormat format, const ImageEnv& env, Decoded& out) {
+bool readPlatformGroup(const std::string& path, PlatformFormat format, const ImageEnv& env,
+                       Decoded& out) {
     std::string error;
     if (platformRead(path, format, out.dib, env, &error)) {
         out.platform = true;
@@ -53,14 +57,20 @@ bool readPlatformGroup(const std::string& path, PlatformFormat format, const Ima
 bool decode(const std::string& path, int wantW, int wantH, const ImageEnv& env, Decoded& out) {
     out.via = readerFor(path);
     switch (out.via) {
-        case PictureReader::Jpeg: return readJpegGroup(path, wantW, wantH, env, out);
+        case PictureReader::Jpeg:
+            return readJpegGroup(path, wantW, wantH, env, out);
         case PictureReader::MultiPage:
-            return freeImageMultiPageRead(path, out.dib, env) || freeImageSingleRead(path, out.dib, env);
-        case PictureReader::FreeImageSingle: return freeImageSingleRead(path, out.dib, env);
+            return freeImageMultiPageRead(path, out.dib, env) ||
+                   freeImageSingleRead(path, out.dib, env);
+        case PictureReader::FreeImageSingle:
+            return freeImageSingleRead(path, out.dib, env);
         case PictureReader::Platform:
-            return readPlatformGroup(path, endsWithNoCase(path, ".gif") ? PlatformFormat::Gif : PlatformFormat::Bmp,
-                                     env, out);
-        case PictureReader::Icon: out.platform = true; return platformRead(path, PlatformFormat::Icon, out.dib, env);
+            return readPlatformGroup(
+                path, endsWithNoCase(path, ".gif") ? PlatformFormat::Gif : PlatformFormat::Bmp, env,
+                out);
+        case PictureReader::Icon:
+            out.platform = true;
+            return platformRead(path, PlatformFormat::Icon, out.dib, env);
         case PictureReader::Metafile:
             // No metafile renderer stands behind the core; such files load nothing.
             logLine(env.log, "Loadpicture: metafiles are not read: " + path);
@@ -77,7 +87,8 @@ bool decode(const std::string& path, int wantW, int wantH, const ImageEnv& env, 
             out.dib = pcx.pixels();
             return true;
         }
-        case PictureReader::None: return false;
+        case PictureReader::None:
+            return false;
     }
     return false;
 }
@@ -92,7 +103,8 @@ void scaleJpeg(const cDIBSection& dib, PictureHolder& holder, int w, int h) {
     }
     PictureHolder thumb;  // the helper holder of the thumbnail maker
     thumb.AutoRedraw = true;
-    const int tw = std::max(1, roundEven(dib.Width() / 3.0)), th = std::max(1, roundEven(dib.Height() / 3.0));
+    const int tw = std::max(1, roundEven(dib.Width() / 3.0)),
+              th = std::max(1, roundEven(dib.Height() / 3.0));
     thumb.resize(tw, th);
     dib.StretchPicture(thumb.hdc(), 0, 0, tw, th, 0, 0, dib.Width(), dib.Height());
     thumb.surface().StretchPicture(holder.hdc(), 0, 0, w, h, 0, 0, tw, th);
@@ -116,8 +128,8 @@ void drawInto(const cDIBSection& dib, PictureHolder& holder, int w, int h) {
     dib.StretchPicture(holder.hdc(), 0, 0, w, h, 0, 0, dib.Width(), dib.Height());
 }
 
-ImageStatus saveSection(const cDIBSection& dib, const std::string& path, int quality, PictureWriter writer,
-                        const ImageEnv& env) {
+ImageStatus saveSection(const cDIBSection& dib, const std::string& path, int quality,
+                        PictureWriter writer, const ImageEnv& env) {
     std::string error;
     bool ok = false;
     switch (writer) {
@@ -131,9 +143,14 @@ ImageStatus saveSection(const cDIBSection& dib, const std::string& path, int qua
             ok = file.CreateFromDIBSection(dib) && file.WriteToFile(path, &error);
             break;
         }
-        case PictureWriter::Png: ok = freeImageSave(dib, path, kFreeImagePng, &error); break;
-        case PictureWriter::Tiff: ok = freeImageSave(dib, path, kFreeImageTiff, &error); break;
-        case PictureWriter::None: return ImageStatus::failure();
+        case PictureWriter::Png:
+            ok = freeImageSave(dib, path, kFreeImagePng, &error);
+            break;
+        case PictureWriter::Tiff:
+            ok = freeImageSave(dib, path, kFreeImageTiff, &error);
+            break;
+        case PictureWriter::None:
+            return ImageStatus::failure();
     }
     if (!ok) logLine(env.log, "SaveDIBFile: " + path + ": " + error);
     return ok ? ImageStatus::success() : ImageStatus::failure();
@@ -146,8 +163,8 @@ const std::vector<ReaderGroup>& readerTable() {
         {PictureReader::Jpeg, {".jpg", "jpeg"}},
         {PictureReader::MultiPage, {".tif", "tiff", ".mng"}},
         {PictureReader::FreeImageSingle,
-         {".png", "wbmp", ".pbm", ".pgm", ".ppm", "mraw", ".psd", "jbig", ".jbg", ".ras", ".iff", ".lbm", ".cut",
-          "*.pcd", "*.koala"}},
+         {".png", "wbmp", ".pbm", ".pgm", ".ppm", "mraw", ".psd", "jbig", ".jbg", ".ras", ".iff",
+          ".lbm", ".cut", "*.pcd", "*.koala"}},
         {PictureReader::Platform, {".bmp", ".gif"}},
         {PictureReader::Icon, {".ico"}},
         {PictureReader::Metafile, {".wmf", ".emf"}},
@@ -179,15 +196,17 @@ PictureWriter writerFor(const std::string& path, bool dibWriter) {
 }
 
 bool needsTwoStageReduction(int sourceWidth, int sourceHeight, int width, int height) {
-    return static_cast<long long>(sourceHeight) > 10LL * height || static_cast<long long>(sourceWidth) > 10LL * width;
+    return static_cast<long long>(sourceHeight) > 10LL * height ||
+           static_cast<long long>(sourceWidth) > 10LL * width;
 }
 
-ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& width, int& height, int mode,
-                        const ImageEnv& env) {
+ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& width, int& height,
+                        int mode, const ImageEnv& env) {
     if (!fileExists(path)) return ImageStatus::failure();
     const bool scaled = width > 0 && height > 0;
     Decoded d;
-    if (!decode(path, scaled ? width : 0, scaled ? height : 0, env, d)) return ImageStatus::failure(d.message);
+    if (!decode(path, scaled ? width : 0, scaled ? height : 0, env, d))
+        return ImageStatus::failure(d.message);
     holder.showFlag = mode == 0;
     holder.secondFlag = mode == 3;
     if (!scaled) {
@@ -222,10 +241,11 @@ PictureFile LoadPictureFile(const std::string& path, const ImageEnv& env) {
     PictureFile out;
     if (!fileExists(path)) return out;
     if (readerFor(path) == PictureReader::Metafile)
-        out.hint = ImageMessage{"",
-                                std::string("Das Format wmf oder emf wird von Netscape nicht unterstützt ") + kLineEnd +
-                                    "Wir empfehlen die Verwendung von JPEG oder PNG Bildern.",
-                                2};
+        out.hint = ImageMessage{
+            "",
+            std::string("Das Format wmf oder emf wird von Netscape nicht unterstützt ") + kLineEnd +
+                "Wir empfehlen die Verwendung von JPEG oder PNG Bildern.",
+            2};
     Decoded d;
     if (!decode(path, 0, 0, env, d)) {
         out.message = d.message;
@@ -235,12 +255,14 @@ PictureFile LoadPictureFile(const std::string& path, const ImageEnv& env) {
     return out;
 }
 
-ImageStatus SavePictureFile(const Picture& picture, const std::string& path, int quality, const ImageEnv& env) {
+ImageStatus SavePictureFile(const Picture& picture, const std::string& path, int quality,
+                            const ImageEnv& env) {
     if (!picture) return ImageStatus::failure();
     return saveSection(*picture.Handle(), path, quality, writerFor(path, false), env);
 }
 
-ImageStatus SaveDIBFile(const cDIBSection& dib, const std::string& path, int quality, const ImageEnv& env) {
+ImageStatus SaveDIBFile(const cDIBSection& dib, const std::string& path, int quality,
+                        const ImageEnv& env) {
     if (dib.empty()) return ImageStatus::failure();
     return saveSection(dib, path, quality, writerFor(path, true), env);
 }

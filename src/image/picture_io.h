@@ -14,7 +14,17 @@
 
 namespace brindle {
 
-enum class PictureReader { None, Jpeg, MultiPage, FreeImageSingle, Platform, Icon, Metafile, Tga, Pcx };
+enum class PictureReader {
+    None,
+    Jpeg,
+    MultiPage,
+    FreeImageSingle,
+    Platform,
+    Icon,
+    Metafile,
+    Tga,
+    Pcx
+};
 enum class PictureWriter { None, Jpeg, Bmp, Png, Tiff };
 
 struct ReaderGroup {
@@ -41,8 +51,8 @@ bool needsTwoStageReduction(int sourceWidth, int sourceHeight, int width, int he
 // scaled to that size; otherwise the natural size is used and returned in
 // them. `mode` (0..3) sets the holder's flags; every caller passes 0. A
 // missing file or an unknown key fails without a message.
-ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& width, int& height, int mode = 0,
-                        const ImageEnv& env = {});
+ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& width, int& height,
+                        int mode = 0, const ImageEnv& env = {});
 
 struct PictureFile {
     brindle::Picture picture;  // empty when nothing was loaded
@@ -55,7 +65,9 @@ struct PictureFile {
 PictureFile LoadPictureFile(const std::string& path, const ImageEnv& env = {});
 
 // `quality` is the JPEG quality (0..100) and used for JPEG only.
-ImageStatus SavePictureFile(const Picture& picture, const std::string& path, int quality, const ImageEnv& env = {});
-ImageStatus SaveDIBFile(const cDIBSection& dib, const std::string& path, int quality, const ImageEnv& env = {});
+ImageStatus SavePictureFile(const Picture& picture, const std::string& path, int quality,
+                            const ImageEnv& env = {});
+ImageStatus SaveDIBFile(const cDIBSection& dib, const std::string& path, int quality,
+                        const ImageEnv& env = {});
 
 }  // namespace brindle

@@ -26,12 +26,14 @@ struct Rgb {
 };
 
 inline Rgb splitColour(std::uint32_t colour) {
-    return {static_cast<std::uint8_t>(colour & 0xFF), static_cast<std::uint8_t>((colour >> 8) & 0xFF),
+    return {static_cast<std::uint8_t>(colour & 0xFF),
+            static_cast<std::uint8_t>((colour >> 8) & 0xFF),
             static_cast<std::uint8_t>((colour >> 16) & 0xFF)};
 }
 
 inline std::uint32_t joinColour(int red, int green, int blue) {
-    return static_cast<std::uint32_t>(clampByte(red)) | (static_cast<std::uint32_t>(clampByte(green)) << 8) |
+    return static_cast<std::uint32_t>(clampByte(red)) |
+           (static_cast<std::uint32_t>(clampByte(green)) << 8) |
            (static_cast<std::uint32_t>(clampByte(blue)) << 16);
 }
 

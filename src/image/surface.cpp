@@ -9,11 +9,21 @@ namespace {
 
 void applyRop(std::uint8_t* d, const std::uint8_t* s, int bytes, std::uint32_t rop) {
     switch (rop) {
-        case SRCCOPY: std::memmove(d, s, static_cast<std::size_t>(bytes)); break;
-        case SRCPAINT: for (int i = 0; i < bytes; ++i) d[i] |= s[i]; break;
-        case SRCAND: for (int i = 0; i < bytes; ++i) d[i] &= s[i]; break;
-        case SRCINVERT: for (int i = 0; i < bytes; ++i) d[i] ^= s[i]; break;
-        case NOTSRCCOPY: for (int i = 0; i < bytes; ++i) d[i] = static_cast<std::uint8_t>(~s[i]); break;
+        case SRCCOPY:
+            std::memmove(d, s, static_cast<std::size_t>(bytes));
+            break;
+        case SRCPAINT:
+            for (int i = 0; i < bytes; ++i) d[i] |= s[i];
+            break;
+        case SRCAND:
+            for (int i = 0; i < bytes; ++i) d[i] &= s[i];
+            break;
+        case SRCINVERT:
+            for (int i = 0; i < bytes; ++i) d[i] ^= s[i];
+            break;
+        case NOTSRCCOPY:
+            for (int i = 0; i < bytes; ++i) d[i] = static_cast<std::uint8_t>(~s[i]);
+            break;
         case DSTINVERT: {
             int i = 0;
             for (; i + 8 <= bytes; i += 8) {  // eight bytes a step
@@ -25,9 +35,14 @@ void applyRop(std::uint8_t* d, const std::uint8_t* s, int bytes, std::uint32_t r
             for (; i < bytes; ++i) d[i] = static_cast<std::uint8_t>(~d[i]);
             break;
         }
-        case BLACKNESS: std::memset(d, 0, static_cast<std::size_t>(bytes)); break;
-        case WHITENESS: std::memset(d, 255, static_cast<std::size_t>(bytes)); break;
-        default: break;
+        case BLACKNESS:
+            std::memset(d, 0, static_cast<std::size_t>(bytes));
+            break;
+        case WHITENESS:
+            std::memset(d, 255, static_cast<std::size_t>(bytes));
+            break;
+        default:
+            break;
     }
 }
 
@@ -72,9 +87,17 @@ AxisMap mapAxis(int pos, int extent, int srcPos, int srcExtent, int dstLimit, in
 
 bool isKnownRasterOp(std::uint32_t rop) {
     switch (rop) {
-        case SRCCOPY: case SRCPAINT: case SRCAND: case SRCINVERT:
-        case NOTSRCCOPY: case DSTINVERT: case BLACKNESS: case WHITENESS: return true;
-        default: return false;
+        case SRCCOPY:
+        case SRCPAINT:
+        case SRCAND:
+        case SRCINVERT:
+        case NOTSRCCOPY:
+        case DSTINVERT:
+        case BLACKNESS:
+        case WHITENESS:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -87,7 +110,11 @@ bool bitBlt(const Surface& dst, int x, int y, int w, int h, const Surface& srcIn
     // Clip against the source, then the destination, moving both origins together.
     long long x0 = x, y0 = y, sx0 = sx, sy0 = sy, ww = w, hh = h;
     auto clip = [](long long& a, long long& b, long long& extent, long long limit) {
-        if (a < 0) { b -= a; extent += a; a = 0; }
+        if (a < 0) {
+            b -= a;
+            extent += a;
+            a = 0;
+        }
         if (a + extent > limit) extent = limit - a;
     };
     clip(sx0, x0, ww, src.width);
@@ -112,13 +139,14 @@ bool bitBlt(const Surface& dst, int x, int y, int w, int h, const Surface& srcIn
     return true;
 }
 
-bool stretchBlt(const Surface& dst, int x, int y, int w, int h, const Surface& srcIn, int sx, int sy, int sw,
-                int sh, std::uint32_t rop) {
+bool stretchBlt(const Surface& dst, int x, int y, int w, int h, const Surface& srcIn, int sx,
+                int sy, int sw, int sh, std::uint32_t rop) {
     if (!dst || !srcIn || !isKnownRasterOp(rop)) return false;
     std::vector<std::uint8_t> scratch;
     Surface src = srcIn;
     if (dst.sameBuffer(srcIn)) {
-        scratch.assign(srcIn.bits, srcIn.bits + static_cast<std::ptrdiff_t>(srcIn.stride) * srcIn.height);
+        scratch.assign(srcIn.bits,
+                       srcIn.bits + static_cast<std::ptrdiff_t>(srcIn.stride) * srcIn.height);
         src.bits = scratch.data();
     }
     const AxisMap cols = mapAxis(x, w, sx, sw, dst.width, src.width);
@@ -136,7 +164,8 @@ bool stretchBlt(const Surface& dst, int x, int y, int w, int h, const Surface& s
                 dp[2] = sp[2];
             }
         } else {
-            for (std::size_t c = 0; c < n; ++c) applyRop(d + cols.dst[c] * 3, s + cols.src[c] * 3, 3, rop);
+            for (std::size_t c = 0; c < n; ++c)
+                applyRop(d + cols.dst[c] * 3, s + cols.src[c] * 3, 3, rop);
         }
     }
     return true;

@@ -30,7 +30,9 @@ struct Surface {
 
     explicit operator bool() const { return bits != nullptr && width > 0 && height > 0; }
     // Row y counted from the top of the picture.
-    std::uint8_t* row(int y) const { return bits + static_cast<std::ptrdiff_t>(height - 1 - y) * stride; }
+    std::uint8_t* row(int y) const {
+        return bits + static_cast<std::ptrdiff_t>(height - 1 - y) * stride;
+    }
     bool sameBuffer(const Surface& other) const { return bits == other.bits; }
 };
 
@@ -45,8 +47,8 @@ bool bitBlt(const Surface& dst, int x, int y, int w, int h, const Surface& src, 
 // under its centre, nothing is averaged. A rectangle spans from its corner
 // (x, y) to (x + w, y + h); a negative extent runs the other way and so
 // mirrors. Clipped to both surfaces.
-bool stretchBlt(const Surface& dst, int x, int y, int w, int h, const Surface& src, int sx, int sy, int sw,
-                int sh, std::uint32_t rop);
+bool stretchBlt(const Surface& dst, int x, int y, int w, int h, const Surface& src, int sx, int sy,
+                int sw, int sh, std::uint32_t rop);
 
 // Inverts every byte of the rectangle (the destination-invert operation).
 bool invertRect(const Surface& dst, int x, int y, int w, int h);

@@ -19,8 +19,9 @@ bool fail(std::string* error, const char* why) {
 
 bool readHeader(ByteReader& r, Header& h) {
     return r.u8(h.idLength) && r.u8(h.colourMapType) && r.u8(h.imageType) && r.u16le(h.mapFirst) &&
-           r.u16le(h.mapLength) && r.u8(h.mapEntryBits) && r.u16le(h.xOrigin) && r.u16le(h.yOrigin) &&
-           r.u16le(h.width) && r.u16le(h.height) && r.u8(h.pixelBits) && r.u8(h.descriptor);
+           r.u16le(h.mapLength) && r.u8(h.mapEntryBits) && r.u16le(h.xOrigin) &&
+           r.u16le(h.yOrigin) && r.u16le(h.width) && r.u16le(h.height) && r.u8(h.pixelBits) &&
+           r.u8(h.descriptor);
 }
 
 bool colourBits(int bits) { return bits == 15 || bits == 16 || bits == 24 || bits == 32; }
@@ -32,9 +33,12 @@ bool plausible(const Header& h) {
     if ((h.imageType & ~(tga::kRunLengthFlag | 3)) != 0) return false;
     if (h.colourMapType == 1 && !colourBits(h.mapEntryBits)) return false;
     switch (base) {
-        case tga::kColourMapped: return h.colourMapType == 1 && (h.pixelBits == 8 || h.pixelBits == 16);
-        case tga::kTrueColour: return colourBits(h.pixelBits);
-        default: return h.pixelBits == 8 || h.pixelBits == 16;
+        case tga::kColourMapped:
+            return h.colourMapType == 1 && (h.pixelBits == 8 || h.pixelBits == 16);
+        case tga::kTrueColour:
+            return colourBits(h.pixelBits);
+        default:
+            return h.pixelBits == 8 || h.pixelBits == 16;
     }
 }
 
@@ -52,7 +56,8 @@ Bgr colourValue(const std::uint8_t* p, int bits) {
 }
 
 // Reads `count` raw pixel values, each `size` bytes, run-length coded or not.
-bool unpack(ByteReader& r, bool runLength, std::size_t count, int size, std::vector<std::uint8_t>& out) {
+bool unpack(ByteReader& r, bool runLength, std::size_t count, int size,
+            std::vector<std::uint8_t>& out) {
     out.resize(count * static_cast<std::size_t>(size));
     if (!runLength) return r.bytes(out.data(), out.size());
     std::size_t n = 0;
@@ -106,7 +111,8 @@ bool LoadTGA::LoadFromBytes(std::string_view bytes, std::string* error) {
         if (!entries) return fail(error, "TGA colour map ends early");
         if (base == tga::kColourMapped) {
             map.resize(h.mapLength);
-            for (int i = 0; i < h.mapLength; ++i) map[i] = colourValue(entries + i * entrySize, h.mapEntryBits);
+            for (int i = 0; i < h.mapLength; ++i)
+                map[i] = colourValue(entries + i * entrySize, h.mapEntryBits);
         }
     }
 
@@ -125,11 +131,13 @@ bool LoadTGA::LoadFromBytes(std::string_view bytes, std::string* error) {
     for (int row = 0; row < h.height; ++row) {
         std::uint8_t* out = dib.rowBits(topDown ? h.height - 1 - row : row);
         for (int col = 0; col < h.width; ++col) {
-            const std::uint8_t* v = raw.data() + (static_cast<std::size_t>(row) * h.width + col) * size;
+            const std::uint8_t* v =
+                raw.data() + (static_cast<std::size_t>(row) * h.width + col) * size;
             Bgr c;
             if (base == tga::kColourMapped) {
                 const int index = (size == 1 ? v[0] : v[0] | (v[1] << 8)) - h.mapFirst;
-                if (index >= 0 && index < static_cast<int>(map.size())) c = map[index];  // else black
+                if (index >= 0 && index < static_cast<int>(map.size()))
+                    c = map[index];  // else black
             } else if (base == tga::kGrey) {
                 c = {v[0], v[0], v[0]};
             } else {

@@ -9,7 +9,7 @@
 namespace brindle {
 
 class LoadTGA : public DecodedPicture {
-public:
+  public:
     // Reads the file; true when a picture came out. A failed load leaves
     // the object empty; `error` then says why.
     bool Load(const std::string& path, std::string* error = nullptr);
@@ -26,7 +26,7 @@ public:
     bool Compressed() const { return compressed_; }
     int Bpp() const { return bpp_; }
 
-private:
+  private:
     bool isTga_ = false;
     bool compressed_ = false;
     int bpp_ = 0;

@@ -36,7 +36,8 @@ bool parseInt(const std::string& s, int& value) {
 
 bool parseSize(const std::string& s, int& w, int& h) {
     const auto x = s.find_first_of("xX");
-    return x != std::string::npos && parseInt(s.substr(0, x), w) && parseInt(s.substr(x + 1), h) && w > 0 && h > 0;
+    return x != std::string::npos && parseInt(s.substr(0, x), w) && parseInt(s.substr(x + 1), h) &&
+           w > 0 && h > 0;
 }
 
 int failStatus(const ImageStatus& status, const std::string& fallback) {
@@ -71,7 +72,8 @@ int convert(const Args& args) {
             if (!parseInt(args[i + 1], quality) || quality < 0 || quality > 100)
                 return fail("quality must be a number from 0 to 100: " + args[i + 1]);
         } else if (args[i] == "--size") {
-            if (!parseSize(args[i + 1], width, height)) return fail("size must be WIDTHxHEIGHT, both above 0: " + args[i + 1]);
+            if (!parseSize(args[i + 1], width, height))
+                return fail("size must be WIDTHxHEIGHT, both above 0: " + args[i + 1]);
         } else {
             return fail(std::string("unknown option: ") + args[i]);
         }
@@ -79,8 +81,10 @@ int convert(const Args& args) {
     const std::string& in = args[0];
     const std::string& out = args[1];
     if (!fileExists(in)) return fail("file not found: " + in);
-    if (readerFor(in) == PictureReader::None) return fail("not a picture type that can be read: " + in);
-    if (!writable(out)) return fail(std::string("cannot write this picture type: ") + out + " " + kWritableTypes);
+    if (readerFor(in) == PictureReader::None)
+        return fail("not a picture type that can be read: " + in);
+    if (!writable(out))
+        return fail(std::string("cannot write this picture type: ") + out + " " + kWritableTypes);
     PictureHolder holder;
     const ImageStatus loaded = Loadpicture(holder, in, width, height, 0, kEnv);
     if (!loaded || !holder.picture) return failStatus(loaded, "cannot read the picture: " + in);
@@ -92,9 +96,11 @@ int imageinfo(const Args& args) {
     if (args.size() != 1) return fail("usage: brindlesee-cli imageinfo FILE");
     if (!fileExists(args[0])) return fail("file not found: " + args[0]);
     CImageInfo info;
-    if (!info.ReadImageInfo(args[0])) return fail("not a PNG, GIF, JPEG or BMP picture: " + args[0]);
-    std::cout << "{\n  \"width\": " << info.Width << ",\n  \"height\": " << info.Height << ",\n  \"depth\": "
-              << info.Depth << ",\n  \"imageType\": " << info.ImageType << "\n}\n";
+    if (!info.ReadImageInfo(args[0]))
+        return fail("not a PNG, GIF, JPEG or BMP picture: " + args[0]);
+    std::cout << "{\n  \"width\": " << info.Width << ",\n  \"height\": " << info.Height
+              << ",\n  \"depth\": " << info.Depth << ",\n  \"imageType\": " << info.ImageType
+              << "\n}\n";
     return 0;
 }
 
@@ -110,9 +116,12 @@ int rotate(const Args& args) {
             return fail("cannot turn " + path + ": " + error);
         return 0;
     }
-    if (!writable(path)) return fail(std::string("cannot write this picture type: ") + path + " " + kWritableTypes);
+    if (!writable(path))
+        return fail(std::string("cannot write this picture type: ") + path + " " + kWritableTypes);
     const PictureFile file = LoadPictureFile(path, kEnv);
-    if (!file.picture) return fail(file.message ? oneLine(file.message->text) : "cannot read the picture: " + path);
+    if (!file.picture)
+        return fail(file.message ? oneLine(file.message->text)
+                                 : "cannot read the picture: " + path);
     cDIBSection dib = *file.picture.Handle();
     dib.effectBildDrehen90(right ? 1 : -1);
     const FileStamp stamp = readFileStamp(path);

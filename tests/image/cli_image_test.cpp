@@ -1,6 +1,5 @@
 // brindlesee-cli convert, imageinfo and rotate, run as a user would.
 #include <gtest/gtest.h>
-
 #include <sys/wait.h>
 
 #include <cstdlib>
@@ -15,14 +14,14 @@ namespace brindle::test {
 namespace {
 
 class CliImage : public TempHomeTest {
-protected:
+  protected:
     struct Run {
         int status = -1;
         std::string out, err;
     };
     Run cli(const std::string& args) {
-        const std::string command = std::string(BRINDLESEE_CLI) + " " + args + " >'" + path("out.txt") + "' 2>'" +
-                                    path("err.txt") + "'";
+        const std::string command = std::string(BRINDLESEE_CLI) + " " + args + " >'" +
+                                    path("out.txt") + "' 2>'" + path("err.txt") + "'";
         Run r;
         const int raw = std::system(command.c_str());
         r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
@@ -58,7 +57,8 @@ TEST_F(CliImage, ImageInfoPrintsJson) {
     ASSERT_TRUE(SaveDIBFile(smoothPicture(31, 17), path("a.png"), 90).ok);
     const Run r = cli("imageinfo " + q("a.png"));
     EXPECT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, "{\n  \"width\": 31,\n  \"height\": 17,\n  \"depth\": 24,\n  \"imageType\": 3\n}\n");
+    EXPECT_EQ(r.out,
+              "{\n  \"width\": 31,\n  \"height\": 17,\n  \"depth\": 24,\n  \"imageType\": 3\n}\n");
 }
 
 TEST_F(CliImage, RotateTurnsJpegsLosslesslyAndKeepsTheFileTime) {
@@ -89,10 +89,14 @@ TEST_F(CliImage, BadInputGivesOneLineAndExitOne) {
     } cases[] = {
         {"convert " + q("none.png") + " " + q("x.jpg"), "file not found: " + path("none.png")},
         {"convert " + q("ok.png") + " " + q("x.xyz"),
-         "cannot write this picture type: " + path("x.xyz") + " (.jpg, .jpeg, .bmp, .png, .tif, .tiff or .gif)"},
-        {"convert " + q("ok.png") + " " + q("x.jpg") + " --quality 101", "quality must be a number from 0 to 100: 101"},
-        {"convert " + q("ok.png") + " " + q("x.jpg") + " --size 10y10", "size must be WIDTHxHEIGHT, both above 0: 10y10"},
-        {"convert " + q("text.png") + " " + q("x.jpg"), "cannot read the picture: " + path("text.png")},
+         "cannot write this picture type: " + path("x.xyz") +
+             " (.jpg, .jpeg, .bmp, .png, .tif, .tiff or .gif)"},
+        {"convert " + q("ok.png") + " " + q("x.jpg") + " --quality 101",
+         "quality must be a number from 0 to 100: 101"},
+        {"convert " + q("ok.png") + " " + q("x.jpg") + " --size 10y10",
+         "size must be WIDTHxHEIGHT, both above 0: 10y10"},
+        {"convert " + q("text.png") + " " + q("x.jpg"),
+         "cannot read the picture: " + path("text.png")},
         {"imageinfo " + q("text.png"), "not a PNG, GIF, JPEG or BMP picture: " + path("text.png")},
         {"rotate up " + q("ok.png"), "usage: brindlesee-cli rotate left|right FILE"},
         {"rotate left " + q("none.jpg"), "file not found: " + path("none.jpg")},

@@ -1,7 +1,8 @@
 // cDIBSection: layout, blits, stretching and resampling.
+#include "image/dib_section.h"
+
 #include <gtest/gtest.h>
 
-#include "image/dib_section.h"
 #include "image/picture_holder.h"
 #include "image_compare.h"
 
@@ -9,7 +10,8 @@ namespace brindle::test {
 namespace {
 
 TEST(DibSection, BytesPerScanLinePadsRowsToFourBytes) {
-    const int cases[][2] = {{1, 4}, {2, 8}, {3, 12}, {4, 12}, {5, 16}, {7, 24}, {8, 24}, {100, 300}};
+    const int cases[][2] = {{1, 4},  {2, 8},  {3, 12}, {4, 12},
+                            {5, 16}, {7, 24}, {8, 24}, {100, 300}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c[0]);
         EXPECT_EQ(cDIBSection::BytesPerScanLine(c[0]), c[1]);
@@ -41,7 +43,9 @@ TEST(DibSection, CreateStartsBlackAndReplacesWhatWasHeld) {
 }
 
 TEST(DibSection, BufferRowZeroIsTheBottomRowInBlueGreenRedOrder) {
-    cDIBSection dib = makeDib(2, 3, [](int x, int y) { return x == 0 && y == 0 ? Bgr{1, 2, 3} : Bgr{}; });
+    cDIBSection dib = makeDib(2, 3, [](int x, int y) {
+        return x == 0 && y == 0 ? Bgr{1, 2, 3} : Bgr{};
+    });
     const std::uint8_t* top = dib.rowBits(2);
     EXPECT_EQ(top[0], 1);
     EXPECT_EQ(top[1], 2);
@@ -78,9 +82,10 @@ TEST(DibSection, RasterOperationsCombineBytes) {
         std::uint32_t rop;
         Bgr expected;
     } cases[] = {
-        {SRCCOPY, {0x0F, 0xF0, 0xAA}},   {SRCPAINT, {0x3F, 0xF3, 0xAB}}, {SRCAND, {0x03, 0x30, 0x02}},
-        {SRCINVERT, {0x3C, 0xC3, 0xA9}}, {NOTSRCCOPY, {0xF0, 0x0F, 0x55}}, {DSTINVERT, {0xCC, 0xCC, 0xFC}},
-        {BLACKNESS, {0, 0, 0}},          {WHITENESS, {255, 255, 255}},
+        {SRCCOPY, {0x0F, 0xF0, 0xAA}},    {SRCPAINT, {0x3F, 0xF3, 0xAB}},
+        {SRCAND, {0x03, 0x30, 0x02}},     {SRCINVERT, {0x3C, 0xC3, 0xA9}},
+        {NOTSRCCOPY, {0xF0, 0x0F, 0x55}}, {DSTINVERT, {0xCC, 0xCC, 0xFC}},
+        {BLACKNESS, {0, 0, 0}},           {WHITENESS, {255, 255, 255}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.rop);
@@ -169,7 +174,8 @@ TEST(DibSection, ResampleBlendsRowsFirstAndRoundsHalfToEven) {
     const int values[2][2] = {{0, 10}, {20, 31}};
     for (int r = 0; r < 2; ++r)
         for (int x = 0; x < 2; ++x)
-            for (int c = 0; c < 3; ++c) src.rowBits(r)[x * 3 + c] = static_cast<std::uint8_t>(values[r][x]);
+            for (int c = 0; c < 3; ++c)
+                src.rowBits(r)[x * 3 + c] = static_cast<std::uint8_t>(values[r][x]);
     const cDIBSection out = src.Resample(3, 3);
     ASSERT_EQ(out.Width(), 3);
     ASSERT_EQ(out.Height(), 3);
@@ -193,12 +199,15 @@ TEST(DibSection, ClipboardTakesBitmapsOnly) {
     const ImageStatus asDib = dib.CopyToClipboard(true, [](const Picture&) { return true; });
     EXPECT_FALSE(asDib.ok);
     ASSERT_TRUE(asDib.message);
-    EXPECT_EQ(asDib.message->text, "I don't know how to put a DIB on the clipboard! Copy as bitmap instead!!!");
+    EXPECT_EQ(asDib.message->text,
+              "I don't know how to put a DIB on the clipboard! Copy as bitmap instead!!!");
     Picture taken;
-    EXPECT_TRUE(dib.CopyToClipboard(false, [&](const Picture& p) {
-        taken = p;
-        return true;
-    }).ok);
+    EXPECT_TRUE(dib.CopyToClipboard(false,
+                                    [&](const Picture& p) {
+                                        taken = p;
+                                        return true;
+                                    })
+                    .ok);
     ASSERT_TRUE(taken);
     EXPECT_TRUE(sameImage(dib, *taken.Handle()));
     EXPECT_FALSE(dib.CopyToClipboard(false, [](const Picture&) { return false; }).ok);

@@ -7,9 +7,13 @@
 namespace brindle::test {
 namespace {
 
-cDIBSection flat(int w, int h, int v) { return makeDib(w, h, [v](int, int) { return Bgr{v, v, v}; }); }
+cDIBSection flat(int w, int h, int v) {
+    return makeDib(w, h, [v](int, int) { return Bgr{v, v, v}; });
+}
 // Blue holds x, green y (from the top), red 50.
-cDIBSection coordinates(int w, int h) { return makeDib(w, h, [](int x, int y) { return Bgr{x, y, 50}; }); }
+cDIBSection coordinates(int w, int h) {
+    return makeDib(w, h, [](int x, int y) { return Bgr{x, y, 50}; });
+}
 
 void expectGreyRows(const cDIBSection& dib, const std::vector<std::vector<int>>& bufferRows) {
     for (std::size_t row = 0; row < bufferRows.size(); ++row)
@@ -35,7 +39,8 @@ TEST(Frames, FrameProfileAtThicknessOne) {
     // left band 1.1 and the right band 0.3 join along the diagonals.
     cDIBSection bright = flat(4, 4, 100);
     bright.effectRahmen(50, 50, 1);
-    expectGreyRows(bright, {{30, 30, 30, 30}, {110, 100, 100, 30}, {110, 100, 100, 30}, {110, 110, 110, 30}});
+    expectGreyRows(
+        bright, {{30, 30, 30, 30}, {110, 100, 100, 30}, {110, 100, 100, 30}, {110, 110, 110, 30}});
     // Light 100 doubles the light side (1.2), shadow 0 flattens the dark one
     // (factor 1). Dark channels are raised to 75 before scaling; a frame row
     // whose factor is exactly 1 still counts as 1.00001 and is raised, a
@@ -155,7 +160,11 @@ TEST(Geometry, MirroredTileFlipsTheFourQuarters) {
     kept.effectKachel(0, 1);
     ASSERT_EQ(kept.Width(), 2);
     // Halving takes columns and rows 1 and 3 of the doubled picture.
-    EXPECT_TRUE(sameImage(makeDib(2, 2, [](int x, int y) { return Bgr{x == 0 ? 1 : 0, y == 0 ? 1 : 0, 50}; }), kept));
+    EXPECT_TRUE(sameImage(makeDib(2, 2,
+                                  [](int x, int y) {
+                                      return Bgr{x == 0 ? 1 : 0, y == 0 ? 1 : 0, 50};
+                                  }),
+                          kept));
     for (auto [method, keep] : {std::pair{1, 0}, std::pair{0, 2}}) {
         cDIBSection same = coordinates(2, 2);
         same.effectKachel(method, keep);

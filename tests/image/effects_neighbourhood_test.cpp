@@ -34,7 +34,8 @@ TEST(NeighbourhoodEffects, EmbossTakesTheByteAboveRightAndCentresOn128) {
     } cases[] = {{100, 60, 168}, {10, 200, 62}, {255, 0, 255}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.expected);
-        cDIBSection dib = greyRows({{c.below, c.below, c.below, c.below}, {c.above, c.above, c.above, c.above}});
+        cDIBSection dib =
+            greyRows({{c.below, c.below, c.below, c.below}, {c.above, c.above, c.above, c.above}});
         dib.effectEmbossBits();
         // Byte columns 3 .. 4 x 3 - 6 = 6 of buffer row 0: pixel 1 and the blue of pixel 2.
         EXPECT_EQ(bufferPixel(dib, 1, 0), (Bgr{c.expected, c.expected, c.expected}));
@@ -47,7 +48,8 @@ TEST(NeighbourhoodEffects, EmbossTakesTheByteAboveRightAndCentresOn128) {
 TEST(NeighbourhoodEffects, OneTapSharpenSeesItsAlreadySharpenedLeftNeighbour) {
     cDIBSection dib = greyRows({{10, 50, 50, 50, 10}});
     dib.effectSchärfenBits();
-    // Bytes 3 .. 9: 50 + (50 - 10) / 2 = 70, then 50 + (50 - 70) / 2 = 40, then 50 + (50 - 40) / 2 = 55.
+    // Bytes 3 .. 9: 50 + (50 - 10) / 2 = 70, then 50 + (50 - 70) / 2 = 40, then 50 + (50 - 40) / 2
+    // = 55.
     EXPECT_EQ(bufferPixel(dib, 1, 0), (Bgr{70, 70, 70}));
     EXPECT_EQ(bufferPixel(dib, 2, 0), (Bgr{40, 40, 40}));
     EXPECT_EQ(bufferPixel(dib, 3, 0), (Bgr{55, 50, 50}));
@@ -107,9 +109,11 @@ TEST(NeighbourhoodEffects, FivePointBlurIgnoresItsArgumentAndWorksInPlace) {
 TEST(FilterBank, FilterFiveIsTheFivePointMeanOverTheInterior) {
     cDIBSection dib = spot(5, 2, 100);
     EXPECT_TRUE(filterBitmap(kFilterSoft, dib, 77));
-    const int expected[5][5] = {{0, 0, 0, 0, 0}, {0, 0, 20, 4, 0}, {0, 20, 28, 6, 0}, {0, 4, 6, 2, 0}, {0, 0, 0, 0, 0}};
+    const int expected[5][5] = {
+        {0, 0, 0, 0, 0}, {0, 0, 20, 4, 0}, {0, 20, 28, 6, 0}, {0, 4, 6, 2, 0}, {0, 0, 0, 0, 0}};
     for (int row = 0; row < 5; ++row)
-        for (int x = 0; x < 5; ++x) EXPECT_EQ(grey(dib, x, row), expected[row][x]) << "x " << x << " row " << row;
+        for (int x = 0; x < 5; ++x)
+            EXPECT_EQ(grey(dib, x, row), expected[row][x]) << "x " << x << " row " << row;
 }
 
 TEST(FilterBank, FilterThreeWeighsTheCentreFourTimes) {
@@ -143,7 +147,9 @@ TEST(RemappingEffects, WavesTakeRowsFromTheMap) {
 }
 
 TEST(RemappingEffects, RippleMovesRowsAndColumnsBySines) {
-    const cDIBSection src = makeDib(20, 40, [](int x, int y) { return Bgr{x, 39 - y, 0}; });  // b = x, g = buffer row
+    const cDIBSection src = makeDib(20, 40, [](int x, int y) {
+        return Bgr{x, 39 - y, 0};
+    });  // b = x, g = buffer row
     cDIBSection same = src;
     same.effectRippleBits(0, 0);
     EXPECT_TRUE(sameImage(src, same));
@@ -200,10 +206,9 @@ TEST(MixEffects, AlphaBlendingMixesWithTheSecondPictureAndRoundsHalfToEven) {
     struct Case {
         int alpha, a, b, expected;
     } cases[] = {
-        {0, 100, 200, 150},   // 0 is taken as 50
-        {100, 100, 200, 100}, {150, 100, 200, 100}, {25, 100, 200, 175},
-        {50, 1, 2, 2},        // 1.5 -> 2
-        {50, 3, 2, 2},        // 2.5 -> 2
+        {0, 100, 200, 150},  // 0 is taken as 50
+        {100, 100, 200, 100}, {150, 100, 200, 100}, {25, 100, 200, 175}, {50, 1, 2, 2},  // 1.5 -> 2
+        {50, 3, 2, 2},                                                                   // 2.5 -> 2
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.alpha << " " << c.a << " " << c.b);

@@ -10,7 +10,9 @@
 namespace brindle::test {
 namespace {
 
-cDIBSection onePixel(Bgr c) { return makeDib(1, 1, [&](int, int) { return c; }); }
+cDIBSection onePixel(Bgr c) {
+    return makeDib(1, 1, [&](int, int) { return c; });
+}
 
 template <class Effect>
 Bgr after(Bgr c, Effect effect) {
@@ -22,11 +24,14 @@ Bgr after(Bgr c, Effect effect) {
 TEST(TableEffects, ContrastFollowsTheExponentialFactor) {
     // c = 0: k = 93, f = e^3.1 / 20 - 0.05 = 1.0599.
     //   0 -> (0 - 127) f + 127 = -7.6 -> 0; 100 -> 98.38 -> 98; 200 -> 204.37 -> 204.
-    EXPECT_EQ(after({0, 100, 200}, [](cDIBSection& d) { d.effectKontrastBits(0); }), (Bgr{0, 98, 204}));
-    EXPECT_EQ(after({127, 127, 127}, [](cDIBSection& d) { d.effectKontrastBits(0); }), (Bgr{127, 127, 127}));
+    EXPECT_EQ(after({0, 100, 200}, [](cDIBSection& d) { d.effectKontrastBits(0); }),
+              (Bgr{0, 98, 204}));
+    EXPECT_EQ(after({127, 127, 127}, [](cDIBSection& d) { d.effectKontrastBits(0); }),
+              (Bgr{127, 127, 127}));
     // c = -186 or less: k = 0, f = 0, everything 127.
     for (int c : {-186, -300})
-        EXPECT_EQ(after({0, 90, 255}, [c](cDIBSection& d) { d.effectKontrastBits(c); }), (Bgr{127, 127, 127}));
+        EXPECT_EQ(after({0, 90, 255}, [c](cDIBSection& d) { d.effectKontrastBits(c); }),
+                  (Bgr{127, 127, 127}));
     // c / 2 rounds half to even: 1 gives k = 93 like 0, 3 gives k = 95.
     const cDIBSection noise = noisePicture(16, 16, 11);
     cDIBSection zero = noise, one = noise, three = noise;
@@ -39,9 +44,11 @@ TEST(TableEffects, ContrastFollowsTheExponentialFactor) {
 
 TEST(TableEffects, BrightnessZeroBrightensByOnePointTwoEightAndIsCappedAt255) {
     // b = 0: k = 100, f = e^2 / 5 - 0.2 = 1.27781.
-    EXPECT_EQ(after({50, 100, 200}, [](cDIBSection& d) { d.effectBrightnessBits(0); }), (Bgr{64, 128, 255}));
+    EXPECT_EQ(after({50, 100, 200}, [](cDIBSection& d) { d.effectBrightnessBits(0); }),
+              (Bgr{64, 128, 255}));
     // b = -100: f = 0.
-    EXPECT_EQ(after({50, 100, 200}, [](cDIBSection& d) { d.effectBrightnessBits(-100); }), (Bgr{0, 0, 0}));
+    EXPECT_EQ(after({50, 100, 200}, [](cDIBSection& d) { d.effectBrightnessBits(-100); }),
+              (Bgr{0, 0, 0}));
     // Near -10 the factor is about 1: no byte moves by more than 3.
     const cDIBSection noise = noisePicture(16, 16, 12);
     cDIBSection almost = noise;
@@ -75,9 +82,12 @@ TEST(TableEffects, IntensivDarkensBelow128AndBrightensAbove) {
     cDIBSection same = noise;
     same.effectIntensiv(100);
     EXPECT_TRUE(sameImage(noise, same));
-    // p = 50: 127 -> 63.5 -> 64, 101 -> 50.5 -> 50, 100 -> 50; 200 -> 400 -> 255; 128 -> 256 -> 255.
-    EXPECT_EQ(after({127, 101, 100}, [](cDIBSection& d) { d.effectIntensiv(50); }), (Bgr{64, 50, 50}));
-    EXPECT_EQ(after({200, 128, 130}, [](cDIBSection& d) { d.effectIntensiv(80); }), (Bgr{250, 160, 162}));
+    // p = 50: 127 -> 63.5 -> 64, 101 -> 50.5 -> 50, 100 -> 50; 200 -> 400 -> 255; 128 -> 256 ->
+    // 255.
+    EXPECT_EQ(after({127, 101, 100}, [](cDIBSection& d) { d.effectIntensiv(50); }),
+              (Bgr{64, 50, 50}));
+    EXPECT_EQ(after({200, 128, 130}, [](cDIBSection& d) { d.effectIntensiv(80); }),
+              (Bgr{250, 160, 162}));
     // Limited to 1..100: 0 acts as 1.
     EXPECT_EQ(after({10, 200, 127}, [](cDIBSection& d) { d.effectIntensiv(0); }), (Bgr{0, 255, 1}));
 }
@@ -88,7 +98,8 @@ TEST(TableEffects, GammaRaisesToOneOverGamma) {
     same.effectGamma(100);
     EXPECT_TRUE(sameImage(noise, same));
     // gamma 2: 255 sqrt(c / 255): 64 -> 127.75, 16 -> 63.87.
-    EXPECT_EQ(after({64, 16, 255}, [](cDIBSection& d) { d.effectGamma(200); }), (Bgr{128, 64, 255}));
+    EXPECT_EQ(after({64, 16, 255}, [](cDIBSection& d) { d.effectGamma(200); }),
+              (Bgr{128, 64, 255}));
     // gamma 0.5: 255 (c / 255)^2: 128 -> 64.25.
     EXPECT_EQ(after({128, 0, 255}, [](cDIBSection& d) { d.effectGamma(50); }), (Bgr{64, 0, 255}));
 }
@@ -96,8 +107,10 @@ TEST(TableEffects, GammaRaisesToOneOverGamma) {
 TEST(TableEffects, GreyAndBlackAndWhiteUseThePlainMean) {
     EXPECT_EQ(after({10, 20, 40}, [](cDIBSection& d) { d.effectGrayBits(); }), (Bgr{23, 23, 23}));
     EXPECT_EQ(after({1, 2, 2}, [](cDIBSection& d) { d.effectGrayBits(); }), (Bgr{2, 2, 2}));
-    EXPECT_EQ(after({100, 100, 101}, [](cDIBSection& d) { d.effectBlackAndWhite(100); }), (Bgr{255, 255, 255}));
-    EXPECT_EQ(after({100, 100, 100}, [](cDIBSection& d) { d.effectBlackAndWhite(100); }), (Bgr{0, 0, 0}));
+    EXPECT_EQ(after({100, 100, 101}, [](cDIBSection& d) { d.effectBlackAndWhite(100); }),
+              (Bgr{255, 255, 255}));
+    EXPECT_EQ(after({100, 100, 100}, [](cDIBSection& d) { d.effectBlackAndWhite(100); }),
+              (Bgr{0, 0, 0}));
     const cDIBSection noise = noisePicture(16, 16, 15);
     cDIBSection a = noise, b = noise;
     a.effectBlackAndWhite(128);
@@ -112,19 +125,22 @@ TEST(TableEffects, SaturationModesSelectPixelsByTheirStrongestChannel) {
     struct Case {
         int mode;
         bool red, green, blue;
-    } cases[] = {{1, true, false, false}, {2, false, true, false}, {4, false, false, true},
-                 {3, true, true, false},  {5, true, false, true},  {6, false, true, true},
+    } cases[] = {{1, true, false, false}, {2, false, true, false},  {4, false, false, true},
+                 {3, true, true, false},  {5, true, false, true},   {6, false, true, true},
                  {7, true, true, true},   {0, false, false, false}, {8, false, false, false}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.mode);
-        auto run = [&](Bgr in) { return after(in, [&](cDIBSection& d) { d.effectFarbeSaturation(50, c.mode); }); };
+        auto run = [&](Bgr in) {
+            return after(in, [&](cDIBSection& d) { d.effectFarbeSaturation(50, c.mode); });
+        };
         EXPECT_EQ(run(red), c.red ? redOut : red);
         EXPECT_EQ(run(green), c.green ? greenOut : green);
         EXPECT_EQ(run(blue), c.blue ? blueOut : blue);
         EXPECT_EQ(run(grey), grey);
     }
     // -100 percent pulls every channel onto the mean.
-    EXPECT_EQ(after(red, [](cDIBSection& d) { d.effectFarbeSaturation(-100, 7); }), (Bgr{103, 103, 103}));
+    EXPECT_EQ(after(red, [](cDIBSection& d) { d.effectFarbeSaturation(-100, 7); }),
+              (Bgr{103, 103, 103}));
 }
 
 TEST(TableEffects, TintAddsTheColourAndKeepsTheHeldShare) {
@@ -136,7 +152,7 @@ TEST(TableEffects, TintAddsTheColourAndKeepsTheHeldShare) {
         {100, 0, {40, 50, 90}},  // m = 0, d = -10
         {0, 0, {50, 50, 80}},    // m = 60, d = 50
         {0, 5, {55, 55, 85}},
-        {50, 0, {45, 50, 85}},   // m = 30, d = 20: 25 + 20, 30 + 20, 35 + 20 + 30
+        {50, 0, {45, 50, 85}},  // m = 30, d = 20: 25 + 20, 30 + 20, 35 + 20 + 30
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.hold);
@@ -182,7 +198,8 @@ TEST(TableEffects, GridBlackensEveryNthRowAndColumn) {
         for (int row = 0; row < 7; ++row)
             for (int x = 0; x < c.width; ++x) {
                 const bool onRow = row > 0 && row % c.yStep == 0;
-                const bool onColumn = std::find(c.columns.begin(), c.columns.end(), x) != c.columns.end();
+                const bool onColumn =
+                    std::find(c.columns.begin(), c.columns.end(), x) != c.columns.end();
                 EXPECT_EQ(bufferPixel(dib, x, row), (onRow && onColumn ? Bgr{} : Bgr{9, 9, 9}))
                     << "x " << x << " row " << row;
             }
@@ -195,7 +212,8 @@ TEST(TableEffects, NeonLooksUpACosineTableShiftedByRowAndColumn) {
     ASSERT_TRUE(dib.Create(2, 2));
     auto set = [&](int x, int row, Bgr c) {
         std::uint8_t* p = dib.rowBits(row) + x * 3;
-        p[0] = static_cast<std::uint8_t>(c.b), p[1] = static_cast<std::uint8_t>(c.g), p[2] = static_cast<std::uint8_t>(c.r);
+        p[0] = static_cast<std::uint8_t>(c.b), p[1] = static_cast<std::uint8_t>(c.g),
+        p[2] = static_cast<std::uint8_t>(c.r);
     };
     set(0, 0, {0, 64, 128});
     set(1, 1, {63, 1, 255});
@@ -203,7 +221,8 @@ TEST(TableEffects, NeonLooksUpACosineTableShiftedByRowAndColumn) {
     mode2.effectNeon(0, 2, false);
     // table[i] = |cos(i 2 pi / 256) 127|: table[0] = 127, table[64] = 0, table[128] = 127.
     EXPECT_EQ(bufferPixel(mode2, 0, 0), (Bgr{127, 0, 127}));
-    // blue: (63 + 1) -> table[64] = 0; green: round(1 - 3 / 4) = 0 -> 127; red: (255 + 1) & 255 = 0 -> 127.
+    // blue: (63 + 1) -> table[64] = 0; green: round(1 - 3 / 4) = 0 -> 127; red: (255 + 1) & 255 = 0
+    // -> 127.
     EXPECT_EQ(bufferPixel(mode2, 1, 1), (Bgr{0, 127, 127}));
     cDIBSection mode0 = dib;
     mode0.effectNeon(0, 0, false);  // |cos 127 - 127|: 0, 127, 254

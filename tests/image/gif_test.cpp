@@ -39,7 +39,8 @@ std::vector<std::uint8_t> lzwDecode(const std::vector<std::uint8_t>& stream, int
     int width = minCodeSize + 1, previous = -1;
     while (bitPos + width <= stream.size() * 8) {
         int code = 0;
-        for (int i = 0; i < width; ++i, ++bitPos) code |= ((stream[bitPos / 8] >> (bitPos % 8)) & 1) << i;
+        for (int i = 0; i < width; ++i, ++bitPos)
+            code |= ((stream[bitPos / 8] >> (bitPos % 8)) & 1) << i;
         if (code == clear) {
             reset();
             width = minCodeSize + 1;
@@ -91,7 +92,9 @@ TEST(Lzw, EmptyAndSingleInputs) {
 }
 
 TEST(Palette, FewColoursAreKeptExactlyAndManyAreCut) {
-    const cDIBSection few = makeDib(16, 16, [](int x, int y) { return Bgr{x * 16, y * 16, (x * y) % 200}; });
+    const cDIBSection few = makeDib(16, 16, [](int x, int y) {
+        return Bgr{x * 16, y * 16, (x * y) % 200};
+    });
     Palette exact = buildPalette(few);
     EXPECT_EQ(exact.count, 256);
     EXPECT_TRUE(sameImage(few, paletteMapped(few, exact)));
@@ -112,9 +115,9 @@ TEST(Palette, FewColoursAreKeptExactlyAndManyAreCut) {
 }
 
 class GifFiles : public TempHomeTest {
-protected:
-    cDIBSection writeAndDecode(const cDIBSection& dib, const std::string& name, bool transparent = false,
-                               std::uint32_t colour = 0) {
+  protected:
+    cDIBSection writeAndDecode(const cDIBSection& dib, const std::string& name,
+                               bool transparent = false, std::uint32_t colour = 0) {
         std::string error;
         EXPECT_TRUE(GIF::SaveGIF(dib, path(name), transparent, colour, &error)) << error;
         PictureFile f = LoadPictureFile(path(name));
@@ -128,7 +131,10 @@ TEST_F(GifFiles, DecodedGifEqualsThePaletteMappedInput) {
         const char* name;
         cDIBSection dib;
     } cases[] = {
-        {"few colours", makeDib(40, 30, [](int x, int y) { return Bgr{(x / 4) * 20, (y / 3) * 20, 99}; })},
+        {"few colours", makeDib(40, 30,
+                                [](int x, int y) {
+                                    return Bgr{(x / 4) * 20, (y / 3) * 20, 99};
+                                })},
         {"photo-like", smoothPicture(160, 120)},
         {"noise, many table clears", noisePicture(300, 200, 9)},
         {"odd width", smoothPicture(33, 7)},
@@ -183,7 +189,9 @@ TEST_F(GifFiles, BlocksFollowTheLayout) {
 }
 
 TEST_F(GifFiles, TransparentColourKeepsItsOwnEntry) {
-    const cDIBSection dib = makeDib(20, 10, [](int x, int) { return x < 10 ? Bgr{255, 0, 255} : Bgr{250, 5, 250}; });
+    const cDIBSection dib = makeDib(20, 10, [](int x, int) {
+        return x < 10 ? Bgr{255, 0, 255} : Bgr{250, 5, 250};
+    });
     const cDIBSection decoded = writeAndDecode(dib, "t.gif", true, 0x00FF00FF);
     EXPECT_EQ(pixelAt(decoded, 0, 0), (Bgr{255, 0, 255}));
     EXPECT_EQ(pixelAt(decoded, 15, 0), (Bgr{250, 5, 250}));

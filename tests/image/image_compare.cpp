@@ -23,7 +23,9 @@ cDIBSection makeDib(const std::vector<std::vector<Bgr>>& rows) {
                    [&](int x, int y) { return rows[y][x]; });
 }
 
-Bgr pixelAt(const cDIBSection& dib, int x, int y) { return bufferPixel(dib, x, dib.Height() - 1 - y); }
+Bgr pixelAt(const cDIBSection& dib, int x, int y) {
+    return bufferPixel(dib, x, dib.Height() - 1 - y);
+}
 
 Bgr bufferPixel(const cDIBSection& dib, int x, int row) {
     const std::uint8_t* p = dib.rowBits(row) + x * 3;
@@ -40,7 +42,8 @@ void setPixel(cDIBSection& dib, int x, int y, Bgr c) {
 cDIBSection smoothPicture(int width, int height) {
     return makeDib(width, height, [&](int x, int y) {
         const double u = static_cast<double>(x) / width, v = static_cast<double>(y) / height;
-        return Bgr{static_cast<int>(128 + 100 * std::sin(6.0 * u + 2.0 * v)), static_cast<int>(40 + 180 * v),
+        return Bgr{static_cast<int>(128 + 100 * std::sin(6.0 * u + 2.0 * v)),
+                   static_cast<int>(40 + 180 * v),
                    static_cast<int>(30 + 200 * u * (1 - v) + 20 * std::cos(5.0 * v))};
     });
 }
@@ -48,29 +51,36 @@ cDIBSection smoothPicture(int width, int height) {
 cDIBSection noisePicture(int width, int height, unsigned seed) {
     std::mt19937 rng(seed);
     return makeDib(width, height, [&](int, int) {
-        return Bgr{static_cast<int>(rng() & 255), static_cast<int>(rng() & 255), static_cast<int>(rng() & 255)};
+        return Bgr{static_cast<int>(rng() & 255), static_cast<int>(rng() & 255),
+                   static_cast<int>(rng() & 255)};
     });
 }
 
-::testing::AssertionResult sameImage(const cDIBSection& expected, const cDIBSection& actual, int tolerance) {
+::testing::AssertionResult sameImage(const cDIBSection& expected, const cDIBSection& actual,
+                                     int tolerance) {
     if (expected.Width() != actual.Width() || expected.Height() != actual.Height())
-        return ::testing::AssertionFailure() << "expected a " << expected.Width() << "x" << expected.Height()
-                                             << " picture but got " << actual.Width() << "x" << actual.Height();
+        return ::testing::AssertionFailure()
+               << "expected a " << expected.Width() << "x" << expected.Height()
+               << " picture but got " << actual.Width() << "x" << actual.Height();
     for (int y = 0; y < expected.Height(); ++y)
         for (int x = 0; x < expected.Width(); ++x) {
             const Bgr e = pixelAt(expected, x, y), a = pixelAt(actual, x, y);
-            if (std::abs(e.b - a.b) > tolerance || std::abs(e.g - a.g) > tolerance || std::abs(e.r - a.r) > tolerance)
-                return ::testing::AssertionFailure() << "first differing pixel at (" << x << ", " << y
-                                                     << ") from the top left: expected " << e << " but got " << a
-                                                     << " (tolerance " << tolerance << ")";
+            if (std::abs(e.b - a.b) > tolerance || std::abs(e.g - a.g) > tolerance ||
+                std::abs(e.r - a.r) > tolerance)
+                return ::testing::AssertionFailure()
+                       << "first differing pixel at (" << x << ", " << y
+                       << ") from the top left: expected " << e << " but got " << a
+                       << " (tolerance " << tolerance << ")";
         }
     return ::testing::AssertionSuccess();
 }
 
-::testing::AssertionResult similarImage(const cDIBSection& expected, const cDIBSection& actual, double mean) {
+::testing::AssertionResult similarImage(const cDIBSection& expected, const cDIBSection& actual,
+                                        double mean) {
     if (expected.Width() != actual.Width() || expected.Height() != actual.Height())
-        return ::testing::AssertionFailure() << "expected a " << expected.Width() << "x" << expected.Height()
-                                             << " picture but got " << actual.Width() << "x" << actual.Height();
+        return ::testing::AssertionFailure()
+               << "expected a " << expected.Width() << "x" << expected.Height()
+               << " picture but got " << actual.Width() << "x" << actual.Height();
     double sum = 0;
     for (int y = 0; y < expected.Height(); ++y)
         for (int x = 0; x < expected.Width(); ++x) {
@@ -79,7 +89,8 @@ cDIBSection noisePicture(int width, int height, unsigned seed) {
         }
     const double got = sum / (3.0 * expected.Width() * expected.Height());
     if (got <= mean) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "mean channel difference " << got << " is above " << mean;
+    return ::testing::AssertionFailure()
+           << "mean channel difference " << got << " is above " << mean;
 }
 
 Bytes& Bytes::u8(int v) {
@@ -87,9 +98,13 @@ Bytes& Bytes::u8(int v) {
     return *this;
 }
 Bytes& Bytes::u16(int v) { return u8(v).u8(v >> 8); }
-Bytes& Bytes::u32(std::uint32_t v) { return u16(static_cast<int>(v & 0xFFFF)).u16(static_cast<int>(v >> 16)); }
+Bytes& Bytes::u32(std::uint32_t v) {
+    return u16(static_cast<int>(v & 0xFFFF)).u16(static_cast<int>(v >> 16));
+}
 Bytes& Bytes::u16be(int v) { return u8(v >> 8).u8(v); }
-Bytes& Bytes::u32be(std::uint32_t v) { return u16be(static_cast<int>(v >> 16)).u16be(static_cast<int>(v & 0xFFFF)); }
+Bytes& Bytes::u32be(std::uint32_t v) {
+    return u16be(static_cast<int>(v >> 16)).u16be(static_cast<int>(v & 0xFFFF));
+}
 Bytes& Bytes::text(const std::string& s) {
     s_ += s;
     return *this;

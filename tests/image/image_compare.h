@@ -38,16 +38,18 @@ cDIBSection noisePicture(int width, int height, unsigned seed);
 
 // Equal sizes and every channel within `tolerance`; otherwise the first
 // differing pixel (from the top left) with both values.
-::testing::AssertionResult sameImage(const cDIBSection& expected, const cDIBSection& actual, int tolerance = 0);
+::testing::AssertionResult sameImage(const cDIBSection& expected, const cDIBSection& actual,
+                                     int tolerance = 0);
 // Equal sizes and a mean absolute channel difference of at most `mean`.
-::testing::AssertionResult similarImage(const cDIBSection& expected, const cDIBSection& actual, double mean);
+::testing::AssertionResult similarImage(const cDIBSection& expected, const cDIBSection& actual,
+                                        double mean);
 
 // Byte-building for files made in tests.
 class Bytes {
-public:
+  public:
     Bytes& u8(int v);
-    Bytes& u16(int v);           // little-endian
-    Bytes& u32(std::uint32_t v); // little-endian
+    Bytes& u16(int v);            // little-endian
+    Bytes& u32(std::uint32_t v);  // little-endian
     Bytes& u16be(int v);
     Bytes& u32be(std::uint32_t v);
     Bytes& text(const std::string& s);
@@ -56,7 +58,7 @@ public:
     const std::string& str() const { return s_; }
     std::size_t size() const { return s_.size(); }
 
-private:
+  private:
     std::string s_;
 };
 

@@ -1,9 +1,10 @@
 // CImageInfo on file starts built in the test, and cDib packed-DIB files.
+#include "image/image_info.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 
-#include "image/image_info.h"
 #include "image/image_info_format.h"
 #include "image/jpeg_io.h"
 #include "image/packed_dib.h"
@@ -17,7 +18,10 @@ namespace {
 std::string png(int width, int height, int bitDepth, int colourType) {
     Bytes b;
     b.u8(137).text("PNG").u8(13).u8(10).u8(26).u8(10).u32be(13).text("IHDR");
-    b.u32be(static_cast<std::uint32_t>(width)).u32be(static_cast<std::uint32_t>(height)).u8(bitDepth).u8(colourType);
+    b.u32be(static_cast<std::uint32_t>(width))
+        .u32be(static_cast<std::uint32_t>(height))
+        .u8(bitDepth)
+        .u8(colourType);
     b.u8(0).u8(0).u8(0).u32be(0);
     return b.str();
 }
@@ -39,10 +43,12 @@ Info infoOf(const std::string& bytes) {
 TEST(ImageInfo, PngDepthFollowsTheColourType) {
     struct Case {
         int bitDepth, colourType, depth;
-    } cases[] = {{1, 0, 1}, {16, 0, 16}, {8, 2, 24}, {16, 2, 48}, {8, 3, 8}, {4, 3, 8}, {1, 3, 8}, {8, 4, 16}, {8, 6, 32}};
+    } cases[] = {{1, 0, 1}, {16, 0, 16}, {8, 2, 24}, {16, 2, 48}, {8, 3, 8},
+                 {4, 3, 8}, {1, 3, 8},   {8, 4, 16}, {8, 6, 32}};
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.bitDepth << " " << c.colourType);
-        EXPECT_EQ(infoOf(png(640, 480, c.bitDepth, c.colourType)), (Info{640, 480, c.depth, kImagePng}));
+        EXPECT_EQ(infoOf(png(640, 480, c.bitDepth, c.colourType)),
+                  (Info{640, 480, c.depth, kImagePng}));
     }
     EXPECT_EQ(infoOf(png(640, 480, 8, 5)), (Info{0, 0, 0, kImageUnknown}));
     EXPECT_EQ(infoOf(png(640, 480, 8, 2).substr(0, 25)), (Info{0, 0, 0, kImageUnknown}));
@@ -67,7 +73,8 @@ Bytes frame(Bytes b, int code, int width, int height, int components) {
 }
 
 TEST(ImageInfo, JpegIsWalkedMarkerByMarker) {
-    EXPECT_EQ(infoOf(frame(jpegStart(), 0xC0, 1024, 768, 3).str()), (Info{1024, 768, 24, kImageJpeg}));
+    EXPECT_EQ(infoOf(frame(jpegStart(), 0xC0, 1024, 768, 3).str()),
+              (Info{1024, 768, 24, kImageJpeg}));
     EXPECT_EQ(infoOf(frame(jpegStart(), 0xC2, 33, 44, 1).str()), (Info{33, 44, 8, kImageJpeg}));
     // Fill bytes and a table before the frame are stepped over.
     Bytes tables = jpegStart();
@@ -91,7 +98,15 @@ TEST(ImageInfo, JpegFrameBeyondTheBufferReadsAsZero) {
 
 TEST(ImageInfo, BmpInfoAndCoreHeaders) {
     Bytes info;
-    info.text("BM").u32(0).u32(0).u32(54).u32(40).u32(320).u32(static_cast<std::uint32_t>(-240)).u16(1).u16(8);
+    info.text("BM")
+        .u32(0)
+        .u32(0)
+        .u32(54)
+        .u32(40)
+        .u32(320)
+        .u32(static_cast<std::uint32_t>(-240))
+        .u16(1)
+        .u16(8);
     info.fill(24, 0);
     EXPECT_EQ(infoOf(info.str()), (Info{320, 240, 8, kImageBmp}));
     Bytes core;
@@ -100,7 +115,8 @@ TEST(ImageInfo, BmpInfoAndCoreHeaders) {
 }
 
 TEST(ImageInfo, UnknownOrShortFilesReadAsZero) {
-    for (const std::string& bytes : {std::string("hello world, not a picture"), std::string("GI"), std::string()})
+    for (const std::string& bytes :
+         {std::string("hello world, not a picture"), std::string("GI"), std::string()})
         EXPECT_EQ(infoOf(bytes), (Info{0, 0, 0, kImageUnknown}));
     CImageInfo info;
     EXPECT_FALSE(info.ReadImageInfo("/nonexistent/picture.png"));
@@ -114,10 +130,13 @@ TEST_F(ImageInfoFiles, ReadsOurOwnJpegAndPngFiles) {
     ASSERT_TRUE(SaveDIBFile(dib, path("a.jpg"), 90).ok);
     ASSERT_TRUE(SaveDIBFile(dib, path("a.png"), 90).ok);
     ASSERT_TRUE(SaveDIBFile(dib, path("a.bmp"), 90).ok);
-    for (const auto& [name, type] : {std::pair{"a.jpg", kImageJpeg}, {"a.png", kImagePng}, {"a.bmp", kImageBmp}}) {
+    for (const auto& [name, type] :
+         {std::pair{"a.jpg", kImageJpeg}, {"a.png", kImagePng}, {"a.bmp", kImageBmp}}) {
         CImageInfo info;
         EXPECT_TRUE(info.ReadImageInfo(path(name))) << name;
-        EXPECT_EQ((Info{info.Width, info.Height, info.Depth, info.ImageType}), (Info{37, 21, 24, type})) << name;
+        EXPECT_EQ((Info{info.Width, info.Height, info.Depth, info.ImageType}),
+                  (Info{37, 21, 24, type}))
+            << name;
     }
 }
 
@@ -153,7 +172,7 @@ TEST_F(PackedDib, SectionsBecomeBmpFilesOthersRead) {
 TEST_F(PackedDib, PackedPointerGetsAFileHeaderCountingTheColourTable) {
     Bytes packed;
     packed.u32(40).u32(2).u32(2).u16(1).u16(8).u32(0).u32(8).u32(0).u32(0).u32(2).u32(0);
-    packed.u32(0x000000).u32(0xFFFFFF);               // two colours
+    packed.u32(0x000000).u32(0xFFFFFF);                      // two colours
     packed.u8(0).u8(1).u8(0).u8(0).u8(1).u8(0).u8(0).u8(0);  // 2 rows of 4 bytes
     cDib dib;
     const auto* p = reinterpret_cast<const std::uint8_t*>(packed.str().data());
@@ -181,10 +200,19 @@ TEST_F(PackedDib, FailuresNameTheFile) {
 }
 
 TEST(PackedDibBytes, HostileHeadersAreRefused) {
-    auto file = [](std::uint32_t bitOffset, std::int32_t width, std::int32_t height, int bits, std::size_t bitBytes) {
+    auto file = [](std::uint32_t bitOffset, std::int32_t width, std::int32_t height, int bits,
+                   std::size_t bitBytes) {
         Bytes b;
         b.text("BM").u32(0).u32(0).u32(bitOffset).u32(40).u32(static_cast<std::uint32_t>(width));
-        b.u32(static_cast<std::uint32_t>(height)).u16(1).u16(bits).u32(0).u32(0).u32(0).u32(0).u32(0).u32(0);
+        b.u32(static_cast<std::uint32_t>(height))
+            .u16(1)
+            .u16(bits)
+            .u32(0)
+            .u32(0)
+            .u32(0)
+            .u32(0)
+            .u32(0)
+            .u32(0);
         b.fill(bitBytes, 0);
         return b.str();
     };

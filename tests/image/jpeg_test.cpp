@@ -22,7 +22,8 @@ TEST(JpegScale, TheSmallestScaleThatStillCoversTheWantedSize) {
         {100, 100, 300, 50, 1, 1},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.w << "x" << c.h << " for " << c.wantW << "x" << c.wantH);
+        SCOPED_TRACE(testing::Message()
+                     << c.w << "x" << c.h << " for " << c.wantW << "x" << c.wantH);
         const JpegScale s = chooseJpegScale(c.w, c.h, c.wantW, c.wantH);
         EXPECT_EQ(s.num * c.denom, c.num * s.denom) << s.num << "/" << s.denom;
         if (c.wantW > 0) {
@@ -39,7 +40,7 @@ TEST(JpegEncoders, LookedUpByMimeTypeInAnyCase) {
 }
 
 class JpegFiles : public TempHomeTest {
-protected:
+  protected:
     cDIBSection decode(const std::string& file) {
         cDIBSection dib;
         std::string error;
@@ -117,13 +118,19 @@ TEST_F(JpegFiles, LosslessTurnsMatchJpegtran) {
     struct Case {
         int transform;
         const char* jpegtran;
-    } cases[] = {{kJpegRotate90, "-rotate 90"},    {kJpegRotate270, "-rotate 270"}, {kJpegRotate180, "-rotate 180"},
-                 {kJpegFlipHorizontal, "-flip horizontal"}, {kJpegFlipVertical, "-flip vertical"}};
+    } cases[] = {{kJpegRotate90, "-rotate 90"},
+                 {kJpegRotate270, "-rotate 270"},
+                 {kJpegRotate180, "-rotate 180"},
+                 {kJpegFlipHorizontal, "-flip horizontal"},
+                 {kJpegFlipVertical, "-flip vertical"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.jpegtran);
         std::string error;
-        ASSERT_TRUE(SaveAsRotatedJpgLossless(path("a.jpg"), path("ours.jpg"), c.transform, &error)) << error;
-        ASSERT_EQ(run(std::string("jpegtran ") + c.jpegtran + " -outfile '" + path("ref.jpg") + "' '" + path("a.jpg") + "'"), 0);
+        ASSERT_TRUE(SaveAsRotatedJpgLossless(path("a.jpg"), path("ours.jpg"), c.transform, &error))
+            << error;
+        ASSERT_EQ(run(std::string("jpegtran ") + c.jpegtran + " -outfile '" + path("ref.jpg") +
+                      "' '" + path("a.jpg") + "'"),
+                  0);
         EXPECT_TRUE(sameImage(decode("ref.jpg"), decode("ours.jpg")));
     }
     // The turned picture is the decoded picture turned (up to the chroma
@@ -137,7 +144,9 @@ TEST_F(JpegFiles, LosslessTurnsMatchJpegtran) {
 TEST_F(JpegFiles, PartialEdgeBlocksAreDroppedLikeJpegtranTrim) {
     ASSERT_TRUE(SaveJPG(smoothPicture(70, 50), path("odd.jpg"), 90).ok);
     ASSERT_TRUE(SaveAsRotatedJpgLossless(path("odd.jpg"), path("ours.jpg"), kJpegRotate90));
-    ASSERT_EQ(run("jpegtran -rotate 90 -trim -outfile '" + path("ref.jpg") + "' '" + path("odd.jpg") + "'"), 0);
+    ASSERT_EQ(run("jpegtran -rotate 90 -trim -outfile '" + path("ref.jpg") + "' '" +
+                  path("odd.jpg") + "'"),
+              0);
     const cDIBSection ours = decode("ours.jpg");
     EXPECT_EQ(ours.Width(), 48);  // 50 rows, whole blocks of 16: 48
     EXPECT_EQ(ours.Height(), 70);
@@ -162,7 +171,8 @@ TEST_F(JpegFiles, ScaledDecodingMatchesAFullDecodeWithinTolerance) {
     const cDIBSection full = decode("big.jpg");
     struct Case {
         int wantW, wantH, gotW, gotH;
-    } cases[] = {{100, 75, 100, 75}, {200, 150, 200, 150}, {160, 120, 200, 150}, {500, 300, 500, 375}};
+    } cases[] = {
+        {100, 75, 100, 75}, {200, 150, 200, 150}, {160, 120, 200, 150}, {500, 300, 500, 375}};
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.wantW << "x" << c.wantH);
         cDIBSection scaled;

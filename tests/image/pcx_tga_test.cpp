@@ -10,8 +10,8 @@
 namespace brindle::test {
 namespace {
 
-Bytes pcxHeader(int bitsPerPlane, int planes, int width, int height, int bytesPerLine, int encoding = 1,
-                const std::vector<Bgr>& palette16 = {}) {
+Bytes pcxHeader(int bitsPerPlane, int planes, int width, int height, int bytesPerLine,
+                int encoding = 1, const std::vector<Bgr>& palette16 = {}) {
     Bytes b;
     b.u8(10).u8(5).u8(encoding).u8(bitsPerPlane);
     b.u16(0).u16(0).u16(width - 1).u16(height - 1).u16(72).u16(72);
@@ -32,17 +32,19 @@ cDIBSection decodePcx(const std::string& bytes, LoadPCX& pcx) {
 TEST(PcxReader, TrueColourPlanesWithRunsAcrossRowEnds) {
     // 3 x 2, bytes per line 4: each row is red, green, blue planes of 4 bytes.
     Bytes b = pcxHeader(8, 3, 3, 2, 4);
-    b.u8(10).u8(20).u8(30).u8(0);          // row 0 red
-    b.u8(0xC2).u8(40).u8(0xC1).u8(200);    // green 40, 40, then 200 (needs a run), pad
+    b.u8(10).u8(20).u8(30).u8(0);        // row 0 red
+    b.u8(0xC2).u8(40).u8(0xC1).u8(200);  // green 40, 40, then 200 (needs a run), pad
     b.u8(0);
-    b.u8(1).u8(2).u8(3).u8(0xC5).u8(7);    // blue 1 2 3, pad 7, then row 1 red 7 7 7 7
-    b.u8(0xC8).u8(9);                      // row 1 green and blue: eight 9s
+    b.u8(1).u8(2).u8(3).u8(0xC5).u8(7);  // blue 1 2 3, pad 7, then row 1 red 7 7 7 7
+    b.u8(0xC8).u8(9);                    // row 1 green and blue: eight 9s
     LoadPCX pcx;
     const cDIBSection dib = decodePcx(b.str(), pcx);
     EXPECT_TRUE(pcx.IsPCX());
     EXPECT_TRUE(pcx.Compressed());
     EXPECT_EQ(pcx.Bpp(), 24);
-    EXPECT_TRUE(sameImage(makeDib({{{1, 40, 10}, {2, 40, 20}, {3, 200, 30}}, {{9, 9, 7}, {9, 9, 7}, {9, 9, 7}}}), dib));
+    EXPECT_TRUE(sameImage(
+        makeDib({{{1, 40, 10}, {2, 40, 20}, {3, 200, 30}}, {{9, 9, 7}, {9, 9, 7}, {9, 9, 7}}}),
+        dib));
 }
 
 TEST(PcxReader, StoredRowsWithoutRunLengthCoding) {
@@ -62,22 +64,26 @@ TEST(PcxReader, TwoFiftySixColoursFromTheTailPaletteOrGrey) {
     LoadPCX pcx;
     EXPECT_TRUE(sameImage(makeDib({{{0, 254, 1}, {1, 253, 2}}, {{1, 252, 3}, {127, 0, 255}}}),
                           decodePcx(withTail.str(), pcx)));
-    EXPECT_TRUE(sameImage(makeDib({{{1, 1, 1}, {2, 2, 2}}, {{3, 3, 3}, {255, 255, 255}}}), decodePcx(b.str(), pcx)));
+    EXPECT_TRUE(sameImage(makeDib({{{1, 1, 1}, {2, 2, 2}}, {{3, 3, 3}, {255, 255, 255}}}),
+                          decodePcx(b.str(), pcx)));
 }
 
 TEST(PcxReader, SixteenColoursPackedAndPlanar) {
-    const std::vector<Bgr> palette = {{0, 0, 0},   {0, 0, 170},  {0, 170, 0},  {0, 170, 170}, {170, 0, 0},
-                                      {170, 0, 170}, {170, 85, 0}, {170, 170, 170}, {85, 85, 85}, {85, 85, 255}};
+    const std::vector<Bgr> palette = {{0, 0, 0},    {0, 0, 170},   {0, 170, 0},  {0, 170, 170},
+                                      {170, 0, 0},  {170, 0, 170}, {170, 85, 0}, {170, 170, 170},
+                                      {85, 85, 85}, {85, 85, 255}};
     // 4 bits x 1 plane: two pixels a byte, high nibble first.
     Bytes packed = pcxHeader(4, 1, 3, 1, 2, 1, palette);
     packed.u8(0x12).u8(0x30);
     LoadPCX pcx;
-    EXPECT_TRUE(sameImage(makeDib({{palette[1], palette[2], palette[3]}}), decodePcx(packed.str(), pcx)));
+    EXPECT_TRUE(
+        sameImage(makeDib({{palette[1], palette[2], palette[3]}}), decodePcx(packed.str(), pcx)));
     EXPECT_EQ(pcx.Bpp(), 4);
     // 1 bit x 4 planes: bit n of the index from plane n.
     Bytes planar = pcxHeader(1, 4, 3, 1, 2, 1, palette);
     planar.u8(0b10100000).u8(0).u8(0b01100000).u8(0).u8(0).u8(0).u8(0b10000000).u8(0);
-    EXPECT_TRUE(sameImage(makeDib({{palette[9], palette[2], palette[3]}}), decodePcx(planar.str(), pcx)));
+    EXPECT_TRUE(
+        sameImage(makeDib({{palette[9], palette[2], palette[3]}}), decodePcx(planar.str(), pcx)));
     EXPECT_EQ(pcx.Bpp(), 4);
 }
 
@@ -128,8 +134,8 @@ TEST(PcxReader, HostileFilesAreRefused) {
     }
 }
 
-Bytes tgaHeader(int type, int width, int height, int pixelBits, int descriptor = 0, int mapType = 0, int mapFirst = 0,
-                int mapLength = 0, int mapBits = 0, int idLength = 0) {
+Bytes tgaHeader(int type, int width, int height, int pixelBits, int descriptor = 0, int mapType = 0,
+                int mapFirst = 0, int mapLength = 0, int mapBits = 0, int idLength = 0) {
     Bytes b;
     b.u8(idLength).u8(mapType).u8(type).u16(mapFirst).u16(mapLength).u8(mapBits);
     b.u16(0).u16(0).u16(width).u16(height).u8(pixelBits).u8(descriptor);
@@ -165,9 +171,11 @@ TEST(TgaReader, TrueColourRowsStartAtTheBottomUnlessFlagged) {
 
 TEST(TgaReader, FifteenAndSixteenBitPixelsWidenFiveBitChannels) {
     Bytes b = tgaHeader(2, 4, 1, 16, 0x20);
-    b.u16(0x7C00).u16(0x03E0).u16(0x001F).u16(0xC210);  // red, green, blue, 16/16/16 with the top bit set
+    b.u16(0x7C00).u16(0x03E0).u16(0x001F).u16(
+        0xC210);  // red, green, blue, 16/16/16 with the top bit set
     LoadTGA tga;
-    EXPECT_TRUE(sameImage(makeDib({{{0, 0, 255}, {0, 255, 0}, {255, 0, 0}, {132, 132, 132}}}), decodeTga(b.str(), tga)));
+    EXPECT_TRUE(sameImage(makeDib({{{0, 0, 255}, {0, 255, 0}, {255, 0, 0}, {132, 132, 132}}}),
+                          decodeTga(b.str(), tga)));
 }
 
 TEST(TgaReader, ColourMappedAndGreyPictures) {
@@ -179,7 +187,8 @@ TEST(TgaReader, ColourMappedAndGreyPictures) {
     EXPECT_TRUE(sameImage(makeDib({{A, B, C, {0, 0, 0}}}), decodeTga(mapped.str(), tga)));
     Bytes grey = tgaHeader(3, 3, 1, 8, 0x20);
     grey.u8(0).u8(128).u8(255);
-    EXPECT_TRUE(sameImage(makeDib({{{0, 0, 0}, {128, 128, 128}, {255, 255, 255}}}), decodeTga(grey.str(), tga)));
+    EXPECT_TRUE(sameImage(makeDib({{{0, 0, 0}, {128, 128, 128}, {255, 255, 255}}}),
+                          decodeTga(grey.str(), tga)));
     Bytes greyAlpha = tgaHeader(3, 1, 1, 16, 0x28);
     greyAlpha.u8(77).u8(255);
     EXPECT_TRUE(sameImage(makeDib({{{77, 77, 77}}}), decodeTga(greyAlpha.str(), tga)));
@@ -195,7 +204,8 @@ TEST(TgaReader, RunLengthPacketsGoOnAcrossRows) {
     EXPECT_TRUE(tga.Compressed());
     Bytes grey = tgaHeader(11, 4, 1, 8, 0x20);
     grey.u8(0x81).u8(50).u8(0x01).u8(60).u8(70);
-    EXPECT_TRUE(sameImage(makeDib({{{50, 50, 50}, {50, 50, 50}, {60, 60, 60}, {70, 70, 70}}}), decodeTga(grey.str(), tga)));
+    EXPECT_TRUE(sameImage(makeDib({{{50, 50, 50}, {50, 50, 50}, {60, 60, 60}, {70, 70, 70}}}),
+                          decodeTga(grey.str(), tga)));
     Bytes mapped = tgaHeader(9, 3, 1, 8, 0x20, 1, 0, 2, 24);
     for (Bgr c : {A, D}) mapped.u8(c.b).u8(c.g).u8(c.r);
     mapped.u8(0x82).u8(1);

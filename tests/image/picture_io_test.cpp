@@ -1,8 +1,9 @@
 // Picture loading and saving: the key dispatch, its dead entries and
 // fallbacks, the scaling rules and the messages.
-#include <gtest/gtest.h>
+#include "image/picture_io.h"
 
 #include <FreeImage.h>
+#include <gtest/gtest.h>
 #include <turbojpeg.h>
 
 #include <cstring>
@@ -10,7 +11,6 @@
 #include "image/file_stamp.h"
 #include "image/freeimage_io.h"
 #include "image/jpeg_io.h"
-#include "image/picture_io.h"
 #include "image_compare.h"
 #include "support/temp_home.h"
 
@@ -19,15 +19,24 @@ namespace {
 
 const char* name(PictureReader r) {
     switch (r) {
-        case PictureReader::None: return "none";
-        case PictureReader::Jpeg: return "jpeg";
-        case PictureReader::MultiPage: return "multi-page";
-        case PictureReader::FreeImageSingle: return "FreeImage";
-        case PictureReader::Platform: return "platform";
-        case PictureReader::Icon: return "icon";
-        case PictureReader::Metafile: return "metafile";
-        case PictureReader::Tga: return "tga";
-        case PictureReader::Pcx: return "pcx";
+        case PictureReader::None:
+            return "none";
+        case PictureReader::Jpeg:
+            return "jpeg";
+        case PictureReader::MultiPage:
+            return "multi-page";
+        case PictureReader::FreeImageSingle:
+            return "FreeImage";
+        case PictureReader::Platform:
+            return "platform";
+        case PictureReader::Icon:
+            return "icon";
+        case PictureReader::Metafile:
+            return "metafile";
+        case PictureReader::Tga:
+            return "tga";
+        case PictureReader::Pcx:
+            return "pcx";
     }
     return "?";
 }
@@ -37,22 +46,38 @@ TEST(PictureDispatch, ReadersAreChosenByTheLastFourCharacters) {
         const char* path;
         PictureReader reader;
     } cases[] = {
-        {"a.jpg", PictureReader::Jpeg},        {"x.jpeg", PictureReader::Jpeg},
-        {"C:\\Bilder\\Foto.JPG", PictureReader::Jpeg}, {"a.tif", PictureReader::MultiPage},
-        {"a.TIFF", PictureReader::MultiPage},  {"a.mng", PictureReader::MultiPage},
-        {"a.png", PictureReader::FreeImageSingle}, {"a.wbmp", PictureReader::FreeImageSingle},
-        {"a.pbm", PictureReader::FreeImageSingle}, {"a.pgm", PictureReader::FreeImageSingle},
-        {"a.ppm", PictureReader::FreeImageSingle}, {"raw.mraw", PictureReader::FreeImageSingle},
-        {"scanmraw", PictureReader::FreeImageSingle}, {"a.psd", PictureReader::FreeImageSingle},
-        {"a.jbig", PictureReader::FreeImageSingle}, {"a.jbg", PictureReader::FreeImageSingle},
-        {"a.ras", PictureReader::FreeImageSingle}, {"a.iff", PictureReader::FreeImageSingle},
-        {"a.lbm", PictureReader::FreeImageSingle}, {"a.cut", PictureReader::FreeImageSingle},
-        {"a.bmp", PictureReader::Platform},    {"a.GIF", PictureReader::Platform},
-        {"a.ico", PictureReader::Icon},        {"a.wmf", PictureReader::Metafile},
-        {"a.emf", PictureReader::Metafile},    {"a.tga", PictureReader::Tga},
-        {"a.pcx", PictureReader::Pcx},         {"photo.PCD", PictureReader::None},
-        {"a.koala", PictureReader::None},      {"a.txt", PictureReader::None},
-        {"a.jpe", PictureReader::None},        {"jpg", PictureReader::None},
+        {"a.jpg", PictureReader::Jpeg},
+        {"x.jpeg", PictureReader::Jpeg},
+        {"C:\\Bilder\\Foto.JPG", PictureReader::Jpeg},
+        {"a.tif", PictureReader::MultiPage},
+        {"a.TIFF", PictureReader::MultiPage},
+        {"a.mng", PictureReader::MultiPage},
+        {"a.png", PictureReader::FreeImageSingle},
+        {"a.wbmp", PictureReader::FreeImageSingle},
+        {"a.pbm", PictureReader::FreeImageSingle},
+        {"a.pgm", PictureReader::FreeImageSingle},
+        {"a.ppm", PictureReader::FreeImageSingle},
+        {"raw.mraw", PictureReader::FreeImageSingle},
+        {"scanmraw", PictureReader::FreeImageSingle},
+        {"a.psd", PictureReader::FreeImageSingle},
+        {"a.jbig", PictureReader::FreeImageSingle},
+        {"a.jbg", PictureReader::FreeImageSingle},
+        {"a.ras", PictureReader::FreeImageSingle},
+        {"a.iff", PictureReader::FreeImageSingle},
+        {"a.lbm", PictureReader::FreeImageSingle},
+        {"a.cut", PictureReader::FreeImageSingle},
+        {"a.bmp", PictureReader::Platform},
+        {"a.GIF", PictureReader::Platform},
+        {"a.ico", PictureReader::Icon},
+        {"a.wmf", PictureReader::Metafile},
+        {"a.emf", PictureReader::Metafile},
+        {"a.tga", PictureReader::Tga},
+        {"a.pcx", PictureReader::Pcx},
+        {"photo.PCD", PictureReader::None},
+        {"a.koala", PictureReader::None},
+        {"a.txt", PictureReader::None},
+        {"a.jpe", PictureReader::None},
+        {"jpg", PictureReader::None},
         {"", PictureReader::None},
     };
     for (const Case& c : cases) EXPECT_STREQ(name(readerFor(c.path)), name(c.reader)) << c.path;
@@ -77,10 +102,14 @@ TEST(PictureDispatch, WritersAndTheDibOnlyAmpersandKey) {
         const char* path;
         PictureWriter picture, dib;
     } cases[] = {
-        {"a.jpg", PictureWriter::Jpeg, PictureWriter::Jpeg}, {"a.JPEG", PictureWriter::Jpeg, PictureWriter::Jpeg},
-        {"a&jpg", PictureWriter::None, PictureWriter::Jpeg}, {"a.bmp", PictureWriter::Bmp, PictureWriter::Bmp},
-        {"a.png", PictureWriter::Png, PictureWriter::Png},   {"a.tif", PictureWriter::Tiff, PictureWriter::Tiff},
-        {"a.tiff", PictureWriter::Tiff, PictureWriter::Tiff}, {"a.gif", PictureWriter::None, PictureWriter::None},
+        {"a.jpg", PictureWriter::Jpeg, PictureWriter::Jpeg},
+        {"a.JPEG", PictureWriter::Jpeg, PictureWriter::Jpeg},
+        {"a&jpg", PictureWriter::None, PictureWriter::Jpeg},
+        {"a.bmp", PictureWriter::Bmp, PictureWriter::Bmp},
+        {"a.png", PictureWriter::Png, PictureWriter::Png},
+        {"a.tif", PictureWriter::Tiff, PictureWriter::Tiff},
+        {"a.tiff", PictureWriter::Tiff, PictureWriter::Tiff},
+        {"a.gif", PictureWriter::None, PictureWriter::None},
         {"a.pcx", PictureWriter::None, PictureWriter::None},
     };
     for (const Case& c : cases) {
@@ -98,7 +127,7 @@ TEST(PictureDispatch, ReductionsOfMoreThanTenTimesTakeTwoStages) {
 }
 
 class PictureFiles : public TempHomeTest {
-protected:
+  protected:
     ImageEnv env(Language lang = Language::English) {
         ImageEnv e;
         e.language = lang;
@@ -143,7 +172,8 @@ TEST_F(PictureFiles, NaturalSizeIsReturnedWhenNoneIsAsked) {
 TEST_F(PictureFiles, MissingFilesUnknownKeysAndDeadEntriesLoadNothingQuietly) {
     const cDIBSection dib = smoothPicture(8, 8);
     ASSERT_TRUE(SaveDIBFile(dib, path("real.png"), 90).ok);
-    for (const char* file : {"photo.PCD", "x.koala", "x.xyz"}) writeBytes(file, readBytes("real.png"));
+    for (const char* file : {"photo.PCD", "x.koala", "x.xyz"})
+        writeBytes(file, readBytes("real.png"));
     for (const char* file : {"missing.png", "photo.PCD", "x.koala", "x.xyz"}) {
         SCOPED_TRACE(file);
         PictureHolder holder;
@@ -169,10 +199,18 @@ TEST_F(PictureFiles, CorruptJpegFallsToThePlatformLoaderThenReports) {
         EXPECT_EQ(r.message->title, "Fehler");
         const std::string& text = r.message->text;
         if (lang == Language::English) {
-            EXPECT_EQ(text.rfind("Loading of the picture " + path("bad.jpg") + " fault! \r\n\r\nDescription: ", 0), 0u) << text;
+            EXPECT_EQ(text.rfind("Loading of the picture " + path("bad.jpg") +
+                                     " fault! \r\n\r\nDescription: ",
+                                 0),
+                      0u)
+                << text;
             EXPECT_TRUE(text.ends_with("\r\n\r\nSource: Brindlesee")) << text;
         } else {
-            EXPECT_EQ(text.rfind("Laden des Bildes " + path("bad.jpg") + " mißlungen! \r\n\r\nBeschreibung: ", 0), 0u) << text;
+            EXPECT_EQ(text.rfind("Laden des Bildes " + path("bad.jpg") +
+                                     " mißlungen! \r\n\r\nBeschreibung: ",
+                                 0),
+                      0u)
+                << text;
             EXPECT_TRUE(text.ends_with("\r\n\r\nQuelle: Brindlesee")) << text;
         }
         EXPECT_FALSE(holder.picture) << "the holder keeps its state";
@@ -182,11 +220,13 @@ TEST_F(PictureFiles, CorruptJpegFallsToThePlatformLoaderThenReports) {
 TEST_F(PictureFiles, JpegTheFastDecoderRefusesIsReadByThePlatformLoader) {
     // A CMYK JPEG: the fast decoder will not turn it into blue-green-red.
     std::vector<unsigned char> cmyk(16 * 16 * 4);
-    for (std::size_t i = 0; i < cmyk.size(); i += 4) cmyk[i] = 0, cmyk[i + 1] = 255, cmyk[i + 2] = 255, cmyk[i + 3] = 0;
+    for (std::size_t i = 0; i < cmyk.size(); i += 4)
+        cmyk[i] = 0, cmyk[i + 1] = 255, cmyk[i + 2] = 255, cmyk[i + 3] = 0;
     tjhandle h = tjInitCompress();
     unsigned char* out = nullptr;
     unsigned long size = 0;
-    ASSERT_EQ(tjCompress2(h, cmyk.data(), 16, 64, 16, TJPF_CMYK, &out, &size, TJSAMP_444, 95, 0), 0);
+    ASSERT_EQ(tjCompress2(h, cmyk.data(), 16, 64, 16, TJPF_CMYK, &out, &size, TJSAMP_444, 95, 0),
+              0);
     writeBytes("cmyk.jpg", std::string(reinterpret_cast<char*>(out), size));
     tjFree(out);
     tjDestroy(h);
@@ -212,7 +252,8 @@ TEST_F(PictureFiles, MultiPageTiffShowsThePageOne) {
     ASSERT_NE(multi, nullptr);
     for (int v : {40, 200}) {
         FIBITMAP* page = FreeImage_Allocate(5, 4, 24);
-        for (unsigned y = 0; y < 4; ++y) std::memset(FreeImage_GetScanLine(page, static_cast<int>(y)), v, 15);
+        for (unsigned y = 0; y < 4; ++y)
+            std::memset(FreeImage_GetScanLine(page, static_cast<int>(y)), v, 15);
         FreeImage_AppendPage(multi, page);
         FreeImage_Unload(page);
     }
@@ -231,7 +272,8 @@ TEST_F(PictureFiles, MultiPageReadLogsItsFailures) {
     EXPECT_EQ(log, (std::vector<std::string>{
                        "[FreeImage_MultiPage_Load] No file specified to load",
                        "[FreeImage_MultiPage_Load] File not found",
-                       "[FreeImage_MultiPage_Load] Unable to determine the file type of the specified multipage bitmap",
+                       "[FreeImage_MultiPage_Load] Unable to determine the file type of the "
+                       "specified multipage bitmap",
                    }));
 }
 
@@ -293,7 +335,8 @@ TEST_F(PictureFiles, JpegReductionTakesOneOrTwoStages) {
             cDIBSection third;
             ASSERT_TRUE(third.Create(roundEven(w / 3.0), roundEven(h / 3.0)));
             decoded.StretchPicture(third.hdc(), 0, 0, third.Width(), third.Height(), 0, 0, w, h);
-            third.StretchPicture(expected.hdc(), 0, 0, 100, 100, 0, 0, third.Width(), third.Height());
+            third.StretchPicture(expected.hdc(), 0, 0, 100, 100, 0, 0, third.Width(),
+                                 third.Height());
         } else {
             decoded.StretchPicture(expected.hdc(), 0, 0, 100, 100, 0, 0, w, h);
         }
