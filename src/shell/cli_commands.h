@@ -14,6 +14,9 @@ int resave(const Args& args);
 int newAlbum(const Args& args);
 int addPage(const Args& args);
 int html(const Args& args);
+int convert(const Args& args);
+int imageinfo(const Args& args);
+int rotate(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

@@ -25,6 +25,9 @@ const std::map<std::string, Command>& commands() {
         {"add-page", {addPage, "add-page ALBUM.apr PAGE.apg\n"
                                "                       adds a page file to the album and saves it;\n"
                                "                       --yes/--no answer every question (default yes)"}},
+        {"convert", {convert, "convert IN OUT [--quality Q] [--size WxH]\n                       read a picture and write it in the type OUT names"}},
+        {"imageinfo", {imageinfo, "imageinfo FILE       width, height, depth and type of a picture as JSON"}},
+        {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
 }
