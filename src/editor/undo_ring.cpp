@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 
 namespace brindle::editor {
 
@@ -24,6 +25,11 @@ void UndoRing::stepBack() {
 void UndoRing::stepForward() {
     ++pos;
     if (pos > kUndoSlots - 1) pos = 1;
+}
+
+void ensureParentDirectory(const std::string& path) {
+    std::error_code ec;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ec);
 }
 
 std::string snapshotFileName(const std::string& programDirectory, int undoSlot) {

@@ -40,6 +40,9 @@ struct UndoRing {
 // a running number and the undo slot + ".tmp": unique within the day.
 std::string snapshotFileName(const std::string& programDirectory, int undoSlot);
 
+// Creates the folder a snapshot goes to when it went missing.
+void ensureParentDirectory(const std::string& path);
+
 // Writes `current` then `before`; false with the system's text in `error`.
 template <class T>
 bool writeSnapshot(const std::string& path, const T& current, const T& before, std::string& error) {
@@ -51,6 +54,7 @@ bool writeSnapshot(const std::string& path, const T& current, const T& before, s
         error = e.what();
         return false;
     }
+    ensureParentDirectory(path);
     IoResult io = writeFileAtomic(path, w.bytes());
     error = io.error;
     return io.ok;
