@@ -1,13 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "editor/geometry.h"
+#include "printers.h"
 
 namespace brindle::editor {
-
-void PrintTo(const Box& b, std::ostream* os) {
-    *os << "(" << b.left << "," << b.top << " " << b.width << "x" << b.height << ")";
-}
-void PrintTo(const Point& p, std::ostream* os) { *os << "(" << p.x << "," << p.y << ")"; }
 
 namespace {
 
