@@ -115,6 +115,18 @@ void PageDocument::zOrder(const std::string& verb) {
     for (const SelectionEntry& e : entries) SeitenElement(e.ref.index, e.ref.kind, verb);
 }
 
+void PageDocument::changeSelectedTexts(const std::function<void(TextElement&)>& change) {
+    for (const SelectionEntry& e : std::vector<SelectionEntry>(auswahl_)) {
+        if (e.ref.kind != Kind::Text || !isLive(page(), e.ref)) continue;
+        takeBeforeCopy(e.ref);
+        change(page().texts[e.ref.index]);
+        markChanged();
+        aktivieren(e.ref);
+        NeuUndo("ändern", Kind::Text, e.ref.index);
+    }
+    if (aktiv_) SetzAnker(*aktiv_, -1);
+}
+
 // ---------------------------------------------------------------- alignment
 
 void PageDocument::Ausrichten(const std::string& keyText) {

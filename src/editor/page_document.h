@@ -121,6 +121,8 @@ public:
     // "ganzhinten", "ganzvorn", "nachhinten", "nachvorn" for every selected element.
     void zOrder(const std::string& verb);
     bool canPaste() const;
+    // Changes every selected text (its words, font) as one "ändern" step each.
+    void changeSelectedTexts(const std::function<void(TextElement&)>& change);
     // "setleft", "settop", "setright", "setdown", "setcenterver",
     // "setcenterhor", "setaufthor", "setauftver".
     void Ausrichten(const std::string& key);

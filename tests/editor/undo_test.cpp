@@ -99,6 +99,18 @@ TEST_F(UndoTest, RedoOfAnAendernStepLeavesTheChangeUndone) {
     EXPECT_FALSE(canRedo);
 }
 
+TEST_F(UndoTest, AFontChangeIsAnAendernStepAndUndoBringsTheOldFontBack) {
+    addText({10, 10, 100, 20}, "Hallo", 0, 10);
+    load();
+    doc->SetzAnker({Kind::Text, 1}, 0);
+    doc->changeSelectedTexts([](TextElement& t) { t.font.size = 24; });
+    EXPECT_EQ(doc->control({Kind::Text, 1})->fontSize, 24);
+    EXPECT_EQ(doc->undoRing().aktion[1], "ändern");
+    doc->MachUndo();
+    EXPECT_EQ(page().texts[1].font.size, 10);
+    EXPECT_EQ(doc->control({Kind::Text, 1})->fontSize, 10);
+}
+
 TEST_F(UndoTest, HundredthStepWrapsToSlotOneAndUndoStopsThere) {
     addPicture({0, 0, 50, 50});
     load();
