@@ -37,6 +37,7 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
     scroll_->setBackgroundRole(QPalette::Dark);
     canvas_ = new PageCanvas(doc_, scroll_);
     scroll_->setWidget(canvas_);
+    scroll_->viewport()->installEventFilter(this);  // the canvas fills the view whatever its size
     canvas_->insertModeActive = [this] { return !host_.insertMode().isEmpty(); };
 
     auto* footer = new QWidget(this);
@@ -148,6 +149,11 @@ void FrmNotePad::updateCanvasSize() {
 void FrmNotePad::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     updateCanvasSize();
+}
+
+bool FrmNotePad::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == scroll_->viewport() && event->type() == QEvent::Resize) updateCanvasSize();
+    return QWidget::eventFilter(watched, event);
 }
 
 void FrmNotePad::cmdZoom_Click() {
@@ -325,7 +331,9 @@ void NotePadEditor::show() {
     runOnGui(area_, [this] {
         if (!window_) return;
         window_->pad()->NeuZeichnen();
-        window_->show();
+        // In the tabbed view every page fills the area.
+        if (area_ && area_->viewMode() == QMdiArea::TabbedView) window_->showMaximized();
+        else window_->show();
         if (area_) area_->setActiveSubWindow(window_);
         window_->pad()->canvas()->setFocus();
     });

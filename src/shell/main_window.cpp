@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -38,6 +39,10 @@ MainWindow::MainWindow(std::string programDirectory, Prompter& prompter, Setting
     mdi_->setTabsMovable(true);
     mdi_->setBackground(QColor(0xE9, 0xEC, 0xF0));
     setCentralWidget(mdi_);
+    if (auto* tabs = mdi_->findChild<QTabBar*>()) {
+        tabs->setExpanding(false);
+        tabs->setElideMode(Qt::ElideRight);
+    }
     factory_ = std::make_unique<editor::NotePadFactory>(mdi_, *this);
     session_ = std::make_unique<Session>(std::move(programDirectory), prompter, settings, *factory_, std::move(log));
     factory_->setSession(session_.get());
@@ -60,7 +65,12 @@ MainWindow::MainWindow(std::string programDirectory, Prompter& prompter, Setting
     resize(1280, 820);
 }
 
-MainWindow::~MainWindow() { unloadAll(); }
+MainWindow::~MainWindow() {
+    // Children still send signals while QWidget takes them down; nothing here listens any more.
+    disconnect(mdi_, nullptr, this, nullptr);
+    unloadAll();
+    session_.reset();
+}
 
 QAction* MainWindow::action(const QString& name) const {
     auto it = actions_.find(name);
@@ -239,6 +249,7 @@ void MainWindow::buildStatusBar() {
     progress_->setTextVisible(false);
     progress_->setRange(0, 10);
     progress_->setValue(0);
+    progress_->setVisible(false);
     lblMemory_ = new QLabel(this);
     lblMemory_->setObjectName("frmSysinfo");
     statusBar()->addWidget(lblStatus_, 1);
@@ -297,6 +308,7 @@ void MainWindow::showProgress(int value, int maximum) {
     runOnGui(this, [this, value, maximum] {
         progress_->setRange(0, std::max(1, maximum));
         progress_->setValue(value);
+        progress_->setVisible(value > 0);  // only long work shows the bar
     });
 }
 

@@ -36,6 +36,7 @@ void MainWindow::MDIForm_Load(const std::vector<std::string>& args,
     sizeBox_->clear();
     for (int size : {6, 7, 8, 9, 10, 11, 12, 14, 16, 18, 20, 22, 24, 28, 32, 36, 40, 48, 56, 64, 72})
         sizeBox_->addItem(QString::number(size));
+    sizeBox_->setCurrentText("12");
     step("Standardalbum = Album");
     session_->album().title = "Album";
     updateTitle();
