@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QScrollArea>
 #include <QTemporaryDir>
+#include <QDir>
+#include <QFileInfo>
 #include <QTest>
 #include <QTreeWidgetItem>
 
@@ -314,6 +316,26 @@ private slots:
         QCOMPARE(a.pages[2].title, std::string("Seite A"));
         QVERIFY(isTrue(a.modified));
         QCOMPARE(window_->explorer()->node("Seite1")->text(0), QString("Seite B"));
+    }
+
+    void htmlAlbumRunsOffTheGuiThreadAndOffersTheBrowser() {
+        start({albumPath()});
+        drag(at(100, 100), at(120, 100));  // page A changed: saved first
+        const std::string out = home_ + "html/";
+        QDir().mkpath(QString::fromStdString(out));
+        prompter_->files.push_back(out);
+        prompter_->answers.push_back(kNo);  // not into the browser
+        window_->HTMLAlbumGenerieren(false);
+        QVERIFY(QFileInfo::exists(QString::fromStdString(out + "Seite A.htm")));
+        QVERIFY(QFileInfo::exists(QString::fromStdString(out + "Seite B.htm")));
+        QVERIFY(QFileInfo::exists(QString::fromStdString(out + "Testalbum.html")));
+        QCOMPARE(prompter_->asked.front(), "directory|Brindlesee Verzeichnis wählen|" + home_ + "Album/");
+        QCOMPARE(prompter_->asked.back(),
+                 "message|Brindlesee|36|Das HTML-Album wurde erstellt:\r" + out +
+                     "Testalbum.html\r\rMöchten Sie es jetzt im Browser ansehen?");
+        QVERIFY(!isTrue(window_->session().state().pageSlots[pad()->tag()].modified));
+        QCOMPARE(window_->session().album().pages[2].slot, std::int16_t(0));  // page B was closed again
+        QVERIFY(pad()->canvas()->isEnabled());
     }
 
     // Not a check: under Xvfb with BRINDLESEE_SCREENSHOTS set to a folder,
