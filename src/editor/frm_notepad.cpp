@@ -74,6 +74,9 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
             [this](ElementRef r, QPoint at) { showContextMenu(r, at); });
     connect(canvas_, &PageCanvas::textEditWanted, this, [this](ElementRef r) { editText(r); });
     connect(canvas_, &PageCanvas::deleteWanted, this, [this] { doc_.deleteSelection(); });
+    connect(canvas_, &PageCanvas::picturesDropped, this, [this](Point at, const std::vector<std::string>& files) {
+        insertPictures(at, files);
+    });
     wireDocument();
     Sprachumschaltung();
     resize(900, 640);
@@ -232,8 +235,10 @@ void FrmNotePad::insertInBox(Box box) {
     auto sized = [&](int w, int h) {
         if (box.width < kMinimumBox || box.height < kMinimumBox) box = {box.left, box.top, w, h};
     };
-    if (mode == "Bild" || mode == "Bilder") {
+    if (mode == "Bild") {
         insertPicture(box);
+    } else if (mode == "Bilder") {
+        insertPictures({box.left, box.top}, askPictureFiles(true));
     } else if (mode == "Text") {
         const std::optional<std::string> words =
             host_.prompter().inputText(t("Bitte geben Sie den Text ein:", "Please enter the text:"), "Text", "");
@@ -250,19 +255,40 @@ void FrmNotePad::insertInBox(Box box) {
     canvas_->setFocus();
 }
 
-void FrmNotePad::insertPicture(Box box) {
+std::vector<std::string> FrmNotePad::askPictureFiles(bool several) {
     SessionState& s = session_.state();
     FileDialog d;
-    d.title = t("Bild einfügen", "Insert picture");
+    d.title = several ? t("Bilder einfügen", "Insert pictures") : t("Bild einfügen", "Insert picture");
     d.filter = std::string(t("Bilder", "Pictures")) + "|*.jpg;*.jpeg;*.png;*.bmp;*.gif;*.tif;*.tiff;*.pcx;*.tga|" +
                t("Alle Dateien", "All files") + "|*.*";
     d.startDirectory = s.pictureDirectory.empty() ? s.album.directory : s.pictureDirectory;
-    const std::string path = host_.prompter().openFile(d);
-    if (path.empty()) return;
-    std::string file;
-    teilePfad(path, s.pictureDirectory, file);
-    const QSize size = pictureFileSize(QString::fromStdString(path));
-    doc_.createPicture(box, path, size.width(), size.height());
+    d.multiSelect = several;
+    std::vector<std::string> files = splitFileList(host_.prompter().openFile(d));
+    if (!files.empty()) {
+        std::string name;
+        teilePfad(files.front(), s.pictureDirectory, name);
+    }
+    return files;
+}
+
+void FrmNotePad::insertPicture(Box box) {
+    const std::vector<std::string> files = askPictureFiles(false);
+    if (files.empty()) return;
+    const QSize size = pictureFileSize(QString::fromStdString(files.front()));
+    doc_.createPicture(box, files.front(), size.width(), size.height());
+}
+
+void FrmNotePad::insertPictures(Point start, const std::vector<std::string>& paths) {
+    if (paths.empty()) return;
+    std::vector<PageDocument::PictureFile> files;
+    for (const std::string& path : paths) {
+        const QSize size = pictureFileSize(QString::fromStdString(path));
+        files.push_back({path, size.isValid() ? size.width() : 0, size.isValid() ? size.height() : 0});
+    }
+    const Grid g = doc_.grid();
+    const Point at{toPixel(RasterX(start.x, g)), toPixel(RasterY(start.y, g))};
+    doc_.insertManyPictures(at, files, toPixel(canvas_->toPage(QPointF(scroll_->viewport()->width(), 0)).x()));
+    updateCanvasSize();
 }
 
 void FrmNotePad::editText(ElementRef ref) {

@@ -68,6 +68,8 @@ private:
     void wireDocument();
     void insertInBox(Box box);
     void insertPicture(Box box);
+    std::vector<std::string> askPictureFiles(bool several);
+    void insertPictures(Point start, const std::vector<std::string>& paths);
     void showContextMenu(ElementRef ref, QPoint globalPos);
     void updateCanvasSize();
     void notifyHost();

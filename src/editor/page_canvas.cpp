@@ -1,6 +1,7 @@
 #include "editor/page_canvas.h"
 
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <cmath>
@@ -12,6 +13,7 @@ PageCanvas::PageCanvas(PageDocument& document, QWidget* parent) : QWidget(parent
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setAcceptDrops(true);
 }
 
 void PageCanvas::setZoom(int zoom) {
@@ -181,6 +183,24 @@ void PageCanvas::keyReleaseEvent(QKeyEvent* event) {
     if (event->isAutoRepeat()) return;  // each repeated press already made its step
     doc_.keyUp();
     QWidget::keyReleaseEvent(event);
+}
+
+}  // namespace brindle::editor
+
+namespace brindle::editor {
+
+// Files dropped on the canvas are placed like "Bilder" from the drop point.
+void PageCanvas::dragEnterEvent(QDragEnterEvent* event) {
+    if (!frozen_ && event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void PageCanvas::dropEvent(QDropEvent* event) {
+    std::vector<std::string> files;
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile()) files.push_back(url.toLocalFile().toStdString());
+    if (files.empty()) return;
+    event->acceptProposedAction();
+    emit picturesDropped(pagePoint(event->position().toPoint()), files);
 }
 
 }  // namespace brindle::editor

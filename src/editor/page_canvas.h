@@ -45,6 +45,8 @@ signals:
     void contextMenuWanted(brindle::editor::ElementRef ref, QPoint globalPos);
     void textEditWanted(brindle::editor::ElementRef ref);
     void deleteWanted();
+    // Picture files dropped at a page point.
+    void picturesDropped(brindle::editor::Point at, const std::vector<std::string>& files);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -54,6 +56,8 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void paintPage(QPainter& p, const QRect& area);

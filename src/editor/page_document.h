@@ -133,6 +133,14 @@ public:
     ElementRef createPanorama(Box box);
     ElementRef createSearch(Box box);
 
+    // ---- many pictures in rows from `start`, as the album's insert settings say
+    struct PictureFile {
+        std::string path;
+        int width = 0, height = 0;  // 0 when the file cannot be read
+    };
+    // `viewWidth` is the canvas width the "as in view" wrap tests against.
+    void insertManyPictures(Point start, const std::vector<PictureFile>& files, int viewWidth);
+
     // ---- undo
     void takeBeforeCopy(ElementRef ref);
     void NeuUndo(const std::string& label, Kind kind, int index);

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QLabel>
 #include <QListWidget>
@@ -113,8 +114,18 @@ std::string QtPrompter::openFile(const FileDialog& d) {
         QString selected;
         const QString filter = qtFileFilter(d.filter, d.filterIndex, &selected);
         const QString start = QString::fromStdString(d.proposedName.empty() ? d.startDirectory : d.proposedName);
-        result = QFileDialog::getOpenFileName(parent(), QString::fromStdString(d.title), start, filter, &selected)
-                     .toStdString();
+        const QString title = QString::fromStdString(d.title);
+        if (!d.multiSelect) {
+            result = QFileDialog::getOpenFileName(parent(), title, start, filter, &selected).toStdString();
+            return;
+        }
+        // Several files come back as the directory and the names.
+        const QStringList files = QFileDialog::getOpenFileNames(parent(), title, start, filter, &selected);
+        if (files.size() == 1) result = files.front().toStdString();
+        if (files.size() < 2) return;
+        QStringList parts{QFileInfo(files.front()).absolutePath()};
+        for (const QString& f : files) parts << QFileInfo(f).fileName();
+        result = parts.join(';').toStdString();
     });
     return result;
 }

@@ -269,6 +269,35 @@ private slots:
         QCOMPARE(page.pictures[2].pictureWidth, std::int16_t(400));
     }
 
+    void drawingWithBilderPlacesEveryChosenPictureInRows() {
+        start({albumPath()});
+        drawPicture(QString::fromStdString(home_ + "Album/abend.png"), QColor(0xD9, 0x6A, 0x4A));
+        window_->session().album().insertInRows = kTrue;
+        window_->session().album().insertRows = 5;
+        window_->setInsertMode("Bilder");
+        prompter_->files.push_back(home_ + "Album;see.png;abend.png");
+        drag(at(40, 300), at(60, 320));
+        const PageRecord& page = pad()->document().page();
+        QCOMPARE(page.pictures.upper(), 3);
+        QCOMPARE(page.pictures[3].path, home_ + "Album/abend.png");
+        const AlbumRecord& a = window_->session().album();
+        QCOMPARE(recordBox({Kind::Bild, 2}).left, 40);
+        QCOMPARE(recordBox({Kind::Bild, 3}).left, 40 + recordBox({Kind::Bild, 2}).width + a.insertGapX);
+        QCOMPARE(recordBox({Kind::Bild, 3}).top, 300);
+        QCOMPARE(window_->insertMode(), QString());
+    }
+
+    void zoomFiftyHalvesTheCanvas() {
+        start({albumPath()});
+        window_->action("mnuZoom")->trigger();
+        QCOMPARE(canvas()->zoom(), 50);
+        QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(50, 50));  // page point (100, 100): the picture
+        QCOMPARE(pad()->document().auswahl().size(), std::size_t(1));
+        QCOMPARE(pad()->document().auswahl()[0].ref, (ElementRef{Kind::Bild, 1}));
+        drag(at(50, 50), at(60, 50));
+        QCOMPARE(recordBox({Kind::Bild, 1}).left, 60);  // ten screen pixels are twenty page pixels
+    }
+
     void closingAChangedNewPageAsksAndNoTakesItOut() {
         start({albumPath()});
         trigger("mnuNeueSeite");
