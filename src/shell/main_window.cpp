@@ -67,7 +67,7 @@ MainWindow::MainWindow(std::string programDirectory, Prompter& prompter, Setting
 
 MainWindow::~MainWindow() {
     // Children still send signals while QWidget takes them down; nothing here listens any more.
-    disconnect(mdi_, nullptr, this, nullptr);
+    for (QObject* child : findChildren<QObject*>()) disconnect(child, nullptr, this, nullptr);
     unloadAll();
     session_.reset();
 }
