@@ -20,6 +20,7 @@
 #include "editor/frm_notepad.h"
 #include "shell/album_explorer.h"
 #include "shell/main_window.h"
+#include "shell/splash_window.h"
 #include "shell/startup.h"
 #include "support/scripted_prompter.h"
 
@@ -386,6 +387,13 @@ private slots:
         trigger("mnuEnglisch");
         QTest::qWait(300);
         w.grab().save(QString(out) + "/main-window-en.png");
+        for (int i = 0; i < 3; ++i) QTest::keyClick(canvas(), Qt::Key_Right, Qt::AltModifier | Qt::ShiftModifier);
+        QTest::qWait(100);
+        w.grab().save(QString(out) + "/main-window-turned.png");
+        shell::SplashWindow splash;
+        splash.show();
+        splash.setStatus("Laden der Optionen ...");
+        splash.grab().save(QString(out) + "/splash.png");
     }
 };
 
