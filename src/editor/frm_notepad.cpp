@@ -72,6 +72,14 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
     connect(canvas_, &PageCanvas::boxDrawn, this, [this](Box b) { insertInBox(b); });
     connect(canvas_, &PageCanvas::contextMenuWanted, this,
             [this](ElementRef r, QPoint at) { showContextMenu(r, at); });
+    connect(canvas_, &PageCanvas::canvasMenuWanted, this, [this](QPoint at) {
+        QMenu menu(this);
+        menu.addAction(t("&Einfügen", "&Paste"), this, [this] { doc_.paste(); })->setEnabled(doc_.canPaste());
+        menu.addAction(t("Alles &markieren", "Select &all"), this, [this] { doc_.selectAll(); });
+        menu.addSeparator();
+        menu.addAction(t("&Neuzeichnen", "&Redraw"), this, [this] { NeuZeichnen(); });
+        menu.exec(at);
+    });
     connect(canvas_, &PageCanvas::textEditWanted, this, [this](ElementRef r) { editText(r); });
     connect(canvas_, &PageCanvas::deleteWanted, this, [this] { doc_.deleteSelection(); });
     connect(canvas_, &PageCanvas::picturesDropped, this, [this](Point at, const std::vector<std::string>& files) {

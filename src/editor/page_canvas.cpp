@@ -102,6 +102,7 @@ void PageCanvas::mousePressEvent(QMouseEvent* event) {
         }
         return;
     }
+    if (event->button() == Qt::RightButton) emit canvasMenuWanted(event->globalPosition().toPoint());
     if (event->button() != Qt::LeftButton) return;
     bandInsert_ = insertModeActive && insertModeActive();
     const Grid g = bandInsert_ ? doc_.grid() : Grid{};

@@ -43,6 +43,7 @@ signals:
     // A box drawn on the empty canvas in an insert mode (page pixels).
     void boxDrawn(brindle::editor::Box box);
     void contextMenuWanted(brindle::editor::ElementRef ref, QPoint globalPos);
+    void canvasMenuWanted(QPoint globalPos);
     void textEditWanted(brindle::editor::ElementRef ref);
     void deleteWanted();
     // Picture files dropped at a page point.

@@ -1,6 +1,8 @@
 #include "shell/album_explorer.h"
 
+#include <QContextMenuEvent>
 #include <QDropEvent>
+#include <QMenu>
 #include <QHeaderView>
 
 #include "shell/tool_icons.h"
@@ -73,6 +75,27 @@ void AlbumExplorer::activateNode(QTreeWidgetItem* item) {
     else if (key == "Allgemein") emit optionsWanted();
     else if (key == "Seitenvorlage") emit templateWanted(false);
     else if (key == "Umschlagvorlage") emit templateWanted(true);
+}
+
+// CheckExplorerMenu: what the node under the mouse offers.
+void AlbumExplorer::contextMenuEvent(QContextMenuEvent* event) {
+    QTreeWidgetItem* item = itemAt(event->pos());
+    if (!item) return;
+    const QString key = item->data(0, kKeyRole).toString();
+    QMenu menu(this);
+    if (key.startsWith("Seite") && key != "Seitenvorlage") {
+        const int index = key.mid(5).toInt();
+        const std::string title = session_.album().pages[index].title;
+        menu.addAction(t("Seite &öffnen", "&Open page"), this, [this, index] { emit pageWanted(index); });
+        menu.addAction(QString::fromStdString(session_.language() == Language::German ? title + " entfernen"
+                                                                                      : "Delete " + title),
+                       this, [this, index] { emit pageRemovalWanted(index); });
+    } else if (key == "AlbumZu") {
+        menu.addAction(t("&Neue Seite hinzufügen", "Add &new page"), this, [this] { emit newPageWanted(); });
+    } else {
+        menu.addAction(t("Ö&ffnen", "&Open"), this, [this, item] { activateNode(item); });
+    }
+    menu.exec(event->globalPos());
 }
 
 void AlbumExplorer::movePage(int from, int to) {

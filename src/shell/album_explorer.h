@@ -26,11 +26,14 @@ public:
 
 signals:
     void pageWanted(int index);
+    void pageRemovalWanted(int index);
+    void newPageWanted();
     void optionsWanted();
     void templateWanted(bool cover);
 
 protected:
     void dropEvent(QDropEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     QTreeWidgetItem* addNode(QTreeWidgetItem* parent, const QString& key, const QString& text, const QString& icon);

@@ -266,6 +266,12 @@ void MainWindow::buildExplorer() {
     addDockWidget(Qt::LeftDockWidgetArea, explorerDock_);
     resizeDocks({explorerDock_}, {240}, Qt::Horizontal);
     connect(explorer_, &AlbumExplorer::pageWanted, this, [this](int i) { session_->SeiteOeffnen(i, "", false); });
+    connect(explorer_, &AlbumExplorer::newPageWanted, this, [this] { session_->neueSeite("", false); });
+    connect(explorer_, &AlbumExplorer::pageRemovalWanted, this, [this](int index) {
+        // A closed page is opened first, so the removal can ask about it like any other.
+        if (session_->album().pages[index].slot == 0) session_->SeiteOeffnen(index, "", false);
+        if (const int slot = session_->album().pages[index].slot) session_->seiteEntfernen(slot);
+    });
     connect(explorer_, &AlbumExplorer::optionsWanted, this, [this] { showOptions(); });
     connect(explorer_, &AlbumExplorer::templateWanted, this, [this](bool cover) { openTemplatePage(cover); });
     connect(explorerDock_, &QDockWidget::visibilityChanged, this,

@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QLabel>
 #include <QPainter>
+#include <QProcess>
 #include <QScrollArea>
 #include <QTemporaryDir>
 #include <QDir>
@@ -366,6 +367,18 @@ private slots:
         QVERIFY(!isTrue(window_->session().state().pageSlots[pad()->tag()].modified));
         QCOMPARE(window_->session().album().pages[2].slot, std::int16_t(0));  // page B was closed again
         QVERIFY(pad()->canvas()->isEnabled());
+    }
+
+    void helpDocumentsTheCommandLine() {
+        QProcess program;
+        program.start(BRINDLESEE_GUI, {"--help"});
+        QVERIFY(program.waitForFinished(10000));
+        QCOMPARE(program.exitCode(), 0);
+        const QString help = QString::fromUtf8(program.readAllStandardOutput());
+        for (const char* form : {"brindlesee ALBUM.apr ", "brindlesee PAGE.apg ", "brindlesee /r PICTURE...",
+                                 "brindlesee /g PICTURE...", "brindlesee /b PICTURE...", "/brindleseeexplorer",
+                                 "bef.txt", "BRINDLESEE_HOME"})
+            QVERIFY2(help.contains(form), form);
     }
 
     // Not a check: under Xvfb with BRINDLESEE_SCREENSHOTS set to a folder,
