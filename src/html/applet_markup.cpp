@@ -116,6 +116,7 @@ std::string pictureBlock(PageBuild& b, int index) {
 
 std::string panoramaBlock(PageBuild& b, int index) {
     b.run.copyInstalledFile("pan360.class");
+    b.run.copyInstalledFile("alt.gif");  // shown where a panorama picture is missing
     PanoramaElement& pano = b.page.panoramas[index];
     if (isTrue(pano.deleted)) return {};
     std::string params;

@@ -162,6 +162,8 @@ bool schreibeSeiteHTML(HtmlRun& run, const std::string& path, int slot, int page
                q("panvobilder.js") + ">" + kEol + "</script>" + kEol;
         run.copyInstalledFile("pan360.class");
         run.copyInstalledFile("panVobilder.js");
+        // The tag names the script in lower case; servers that tell case apart need that name too.
+        run.copyInstalledFile("panVobilder.js", "panvobilder.js");
     }
     out += b.searchScripts + kEol;
     std::string music;

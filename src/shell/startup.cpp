@@ -25,6 +25,14 @@ std::string resolveProgramDirectory() {
 
 std::string installedResourceDirectory() {
     if (const char* res = std::getenv("BRINDLESEE_RESOURCES"); res && *res) return withTrailingSeparator(res);
+    // An installed program finds its files in ../share/brindlesee beside bin/.
+    std::error_code ec;
+    fs::path exe = fs::read_symlink("/proc/self/exe", ec);
+    if (!ec) {
+        fs::path shared = exe.parent_path().parent_path() / "share" / "brindlesee";
+        if (fs::is_directory(shared / "Menü", ec) || fs::exists(shared / "Album.vor", ec))
+            return withTrailingSeparator(shared.string());
+    }
     return withTrailingSeparator(BRINDLESEE_RESOURCE_DIR);
 }
 
