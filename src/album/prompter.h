@@ -26,7 +26,13 @@ struct FileDialog {
     int filterIndex = 1; // 1-based entry of `filter` shown first
     std::string startDirectory;
     std::string proposedName;
+    // Several files may be chosen; they come back as "directory;name;name".
+    bool multiSelect = false;
 };
+
+// The files of a multi-select answer: one path as it is, or the directory
+// and names of "directory;name;name".
+std::vector<std::string> splitFileList(const std::string& answer);
 
 class Prompter {
 public:

@@ -1,0 +1,27 @@
+// What a page window needs from the main window around it.
+#pragma once
+
+#include <QString>
+
+#include "album/prompter.h"
+
+namespace brindle::editor {
+
+class FrmNotePad;
+
+class NotePadHost {
+public:
+    virtual ~NotePadHost() = default;
+    // "", "Bild", "Text", "Panorama", "Suchmaschine" or "Bilder".
+    virtual QString insertMode() const = 0;
+    // The insert mode goes back to normal.
+    virtual void insertDone() = 0;
+    virtual void showStatus(const QString& text) = 0;
+    virtual void showProgress(int value, int maximum) = 0;
+    virtual FrmNotePad* activeNotePad() const = 0;
+    // The active page's state for the toolbar and menus.
+    virtual void pageStateChanged(FrmNotePad* pad) = 0;
+    virtual Prompter& prompter() = 0;
+};
+
+}  // namespace brindle::editor

@@ -1,0 +1,106 @@
+// brindlesee: the desktop program. A splash runs the start-up stages, then
+// the main window loads and opens what the command line names.
+#include <QApplication>
+#include <cstring>
+#include <iostream>
+
+#include "album/diagnose.h"
+#include "album/options_file.h"
+#include "shell/main_window.h"
+#include "shell/qt_prompter.h"
+#include "shell/qt_settings_store.h"
+#include "shell/splash_window.h"
+#include "shell/startup.h"
+
+#ifndef BRINDLESEE_VERSION
+#define BRINDLESEE_VERSION "0"
+#endif
+
+namespace {
+
+const char* const kHelp =
+    "usage: brindlesee [ALBUM.apr | PAGE.apg | PICTURE | /r|/g|/b PICTURE... | /brindleseeexplorer]\n"
+    "\n"
+    "Brindlesee lays out digital photo albums and makes HTML albums of them.\n"
+    "\n"
+    "  brindlesee                      a new album from the template Album.vor\n"
+    "  brindlesee ALBUM.apr            opens the album and its first page\n"
+    "  brindlesee PAGE.apg             a new album, with the page added to it\n"
+    "  brindlesee /r PICTURE...        red-eye correction for the pictures\n"
+    "  brindlesee /g PICTURE...        resizing of the pictures\n"
+    "  brindlesee /b PICTURE...        photo design for the pictures\n"
+    "  brindlesee /brindleseeexplorer  the picture explorer\n"
+    "  brindlesee PICTURE              the picture explorer in the picture's folder\n"
+    "\n"
+    "A path with blanks may stand in double quotes. A picture tool named without a\n"
+    "valid picture asks whether to start normally. Until the picture tools are part\n"
+    "of this version, their switches start the album program. The whole command line\n"
+    "is written to bef.txt in the program directory at every start.\n"
+    "\n"
+    "The program directory is $BRINDLESEE_HOME, else $XDG_DATA_HOME/brindlesee/,\n"
+    "else ~/.local/share/brindlesee/. It holds the options (optionen), Temp/ and,\n"
+    "when testmodus.txt exists there, the log Brindt.txt. Recent files are kept\n"
+    "with QSettings under the application \"Brindlesee\".\n"
+    "\n"
+    "  -h, --help     this text\n"
+    "  --version      the version\n";
+
+bool isTool(const std::string& mode) { return !mode.empty(); }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace brindle;
+    std::vector<std::string> args(argv + 1, argv + argc);
+    for (const std::string& a : args) {
+        if (a == "--help" || a == "-h") {
+            std::cout << kHelp;
+            return 0;
+        }
+        if (a == "--version") {
+            std::cout << "brindlesee " << BRINDLESEE_VERSION << "\n";
+            return 0;
+        }
+    }
+    QApplication app(argc, argv);
+    QApplication::setApplicationName("Brindlesee");
+    QApplication::setOrganizationName("Brindlesee");
+    QApplication::setApplicationVersion(BRINDLESEE_VERSION);
+    shell::applyLook();
+
+    const std::string prog = resolveProgramDirectory();
+    seedProgramDirectory(prog, installedResourceDirectory());
+    shell::QtSettingsStore settings;
+    shell::MainWindow* window = nullptr;
+    Language language = Language::German;
+    shell::QtPrompter prompter([&] { return static_cast<QWidget*>(window); },
+                               [&] { return window ? window->session().language() : language; });
+
+    shell::SplashWindow splash;
+    splash.show();
+    splash.setStatus("Laden der Optionen ...");
+    const OptionsRecord options = loadOptions(prog);
+    language = languageFromName(options.language);
+    splash.setStatus("Laden der Optionen H ...");
+    splash.setStatus("Laden der Optionen W ...");
+    splash.setStatus("Laden der Optionen F ...");
+    splash.setStatus("Eintragen der Send To ...");
+    splash.setStatus("Verknüpfen der Dateien ...");
+    writeCommandFile(prog, commandLineFromArgs(args));
+    StartDecision start = decideStart(args, prompter, language);
+    if (start.quit) return 0;
+    if (isTool(start.startMode)) {
+        splash.setStatus(start.startMode == "brindleseeexplorer" ? "Brindlesee Explorer starten ..." : "");
+        std::cerr << "brindlesee: the picture tools are not part of this version; starting the album program\n";
+        args.clear();
+    }
+    splash.setStatus("MDI Form laden ...");
+    shell::MainWindow main(prog, prompter, settings, diagnoseSink(prog));
+    window = &main;
+    main.session().hooks().closeSplash = [&splash] { splash.close(); };
+    main.MDIForm_Load(args, [&splash](const QString& status) {
+        if (splash.isVisible()) splash.setStatus(status);
+    });
+    splash.close();
+    return app.exec();
+}

@@ -1,0 +1,116 @@
+// frmMDI: the main window. Menus and toolbars in German and English, the
+// page windows in an MDI area, the album explorer docked at the side and
+// the status line. It owns the session and wires the album flows to windows.
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "album/session.h"
+#include "editor/frm_notepad.h"
+#include "editor/notepad_host.h"
+
+class QAction;
+class QActionGroup;
+class QComboBox;
+class QFontComboBox;
+class QLabel;
+class QMdiArea;
+class QMdiSubWindow;
+class QMenu;
+class QProgressBar;
+class QToolBar;
+class QDockWidget;
+
+namespace brindle::shell {
+
+class AlbumExplorer;
+
+class MainWindow : public QMainWindow, public editor::NotePadHost {
+    Q_OBJECT
+public:
+    MainWindow(std::string programDirectory, Prompter& prompter, SettingsStore& settings, LogSink log = {},
+               QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    Session& session() { return *session_; }
+    QMdiArea* mdiArea() const { return mdi_; }
+    AlbumExplorer* explorer() const { return explorer_; }
+    QLabel* lblStatus() const { return lblStatus_; }
+    QProgressBar* progressBar() const { return progress_; }
+    // An action by its control name ("mnuNeuAlbum", "tbBild", ...).
+    QAction* action(const QString& name) const;
+
+    // The load sequence after the splash: `status` shows each step.
+    void MDIForm_Load(const std::vector<std::string>& args, const std::function<void(const QString&)>& status);
+    void Sprachumschaltung();
+    void setLanguage(Language language);
+    void updateTitle();
+    void rebuildRecentMenu(const std::vector<std::string>& shown);
+    // Opens a dropped or named file by its ending: album or page.
+    void openFile(const QString& path);
+    void openTemplatePage(bool cover);
+    // Closes every page window without questions (end of the program).
+    void unloadAll();
+
+    // NotePadHost
+    QString insertMode() const override;
+    void insertDone() override;
+    void setInsertMode(const QString& mode);
+    void showStatus(const QString& text) override;
+    void showProgress(int value, int maximum) override;
+    editor::FrmNotePad* activeNotePad() const override;
+    void pageStateChanged(editor::FrmNotePad* pad) override;
+    Prompter& prompter() override { return prompter_; }
+    std::vector<editor::FrmNotePad*> notePads() const;
+
+    // The HTML album run: generate (or mail) after saving, then offer the browser.
+    void HTMLAlbumGenerieren(bool mail);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    QAction* makeAction(const QString& name, const QString& icon = {}, const QKeySequence& keys = {});
+    void buildActions();
+    void buildMenus();
+    void buildToolbars();
+    void buildStatusBar();
+    void buildExplorer();
+    void wireSession();
+    void wireActions();
+    void onSubWindowActivated(QMdiSubWindow* window);
+    void withPad(const std::function<void(editor::FrmNotePad&)>& fn);
+    void applyFontChange();
+    void updateMemory();
+    void showOptions();
+    void showAbout();
+    const char* t(const char* de, const char* en) const { return brindle::tr(session_->language(), de, en); }
+
+    Prompter& prompter_;
+    SettingsStore& settings_;
+    std::unique_ptr<editor::NotePadFactory> factory_;
+    std::unique_ptr<Session> session_;
+    QMdiArea* mdi_ = nullptr;
+    AlbumExplorer* explorer_ = nullptr;
+    QDockWidget* explorerDock_ = nullptr;
+    QLabel* lblStatus_ = nullptr;
+    QLabel* lblMemory_ = nullptr;
+    QProgressBar* progress_ = nullptr;
+    QToolBar* mainBar_ = nullptr;
+    QToolBar* formatBar_ = nullptr;
+    QFontComboBox* fontBox_ = nullptr;
+    QComboBox* sizeBox_ = nullptr;
+    QActionGroup* insertGroup_ = nullptr;
+    std::map<QString, QAction*> actions_;
+    std::map<QString, QMenu*> menus_;
+    QPointer<QMdiSubWindow> lastActive_;
+    bool updatingFormat_ = false;
+};
+
+}  // namespace brindle::shell

@@ -1,0 +1,132 @@
+// What the menus and toolbars of the main window do.
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDir>
+#include <QDockWidget>
+#include <QFile>
+#include <QFontComboBox>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+
+#include "album/options_file.h"
+#include "album/paths.h"
+#include "shell/album_explorer.h"
+#include "shell/main_window.h"
+#include "shell/startup.h"
+#include "shell/tool_icons.h"
+
+namespace brindle::shell {
+
+using editor::FrmNotePad;
+
+void MainWindow::withPad(const std::function<void(FrmNotePad&)>& fn) {
+    if (FrmNotePad* pad = activeNotePad()) fn(*pad);
+}
+
+void MainWindow::wireActions() {
+    auto on = [this](const char* name, std::function<void()> fn) {
+        connect(action(name), &QAction::triggered, this, [fn = std::move(fn)] { fn(); });
+    };
+    auto onPad = [this, on](const char* name, std::function<void(FrmNotePad&)> fn) {
+        on(name, [this, fn = std::move(fn)] { withPad(fn); });
+    };
+    Session& s = *session_;
+    on("mnuNeuAlbum", [&s] { s.AlbumNeu(); });
+    on("mnuAlbumOeffnen", [&s] { s.albumOeffnen(""); });
+    on("mnuAlbumSpeichern", [&s] { s.AlbumSpeichern(false); });
+    on("mnuAlbumSpeichernUnter", [&s] { s.AlbumSpeichern(true); });
+    on("mnuBeenden", [this] { close(); });
+    on("mnuNeueSeite", [&s] { s.neueSeite("", false); });
+    on("mnuVorhSeite", [&s] { s.SeiteOeffnen(0, "", false); });
+    onPad("mnuFSave", [](FrmNotePad& p) { p.mnuFSave_Click(); });
+    onPad("mnuFSaveAs", [](FrmNotePad& p) { p.mnuFSaveAs_Click(); });
+    onPad("mnuFClose", [](FrmNotePad& p) { p.parentWidget()->close(); });
+    onPad("mnuSeiteEntfernen", [](FrmNotePad& p) { p.mnuSeiteEntfernen_Click(); });
+    onPad("mnuZurSeitenvorlage", [](FrmNotePad& p) { p.mnuZurSeitenvorlage_Click(false); });
+    onPad("mnuZurUmschlagvorlage", [](FrmNotePad& p) { p.mnuZurSeitenvorlage_Click(true); });
+    onPad("mnuNeuzeichnen", [](FrmNotePad& p) { p.NeuZeichnen(); });
+    onPad("mnuZoom", [](FrmNotePad& p) { p.cmdZoom_Click(); });
+    onPad("mnuUndo", [](FrmNotePad& p) { p.document().MachUndo(); });
+    onPad("mnuRedo", [](FrmNotePad& p) { p.document().MachRedo(); });
+    onPad("mnuECut", [](FrmNotePad& p) { p.document().cut(); });
+    onPad("mnuECopy", [](FrmNotePad& p) { p.document().copy(); });
+    onPad("mnuEPaste", [](FrmNotePad& p) { p.document().paste(); });
+    onPad("mnuEDelete", [](FrmNotePad& p) { p.document().deleteSelection(); });
+    onPad("mnuESelectAll", [](FrmNotePad& p) { p.document().selectAll(); });
+    onPad("mnuTextGanzVorne", [](FrmNotePad& p) { p.document().zOrder("ganzvorn"); });
+    onPad("mnuTextNachVorne", [](FrmNotePad& p) { p.document().zOrder("nachvorn"); });
+    onPad("mnuTextNachHinten", [](FrmNotePad& p) { p.document().zOrder("nachhinten"); });
+    onPad("mnuTextGanzHinten", [](FrmNotePad& p) { p.document().zOrder("ganzhinten"); });
+    for (const char* key : {"setleft", "setcenterver", "setright", "settop", "setcenterhor", "setdown",
+                            "setaufthor", "setauftver"})
+        onPad(key, [key](FrmNotePad& p) { p.document().Ausrichten(key); });
+    connect(action("mnuAlbumExplorer"), &QAction::toggled, explorerDock_, &QDockWidget::setVisible);
+    on("mnuHTMLAlbum", [this] { HTMLAlbumGenerieren(false); });
+    on("mnuHTMLMail", [this] { HTMLAlbumGenerieren(true); });
+    on("mnuOptionen", [this] { showOptions(); });
+    on("mnuDeutsch", [this] { setLanguage(Language::German); });
+    on("mnuEnglisch", [this] { setLanguage(Language::English); });
+    on("mnuInfo", [this] { showAbout(); });
+    connect(fontBox_, &QFontComboBox::currentFontChanged, this, [this] { applyFontChange(); });
+    connect(sizeBox_, &QComboBox::currentTextChanged, this, [this] { applyFontChange(); });
+    for (const char* n : {"tbBold", "tbItalic", "tbUnderline"})
+        connect(action(n), &QAction::triggered, this, [this] { applyFontChange(); });
+}
+
+// Font_Change: the font bar's values go to every selected text.
+void MainWindow::applyFontChange() {
+    if (updatingFormat_) return;
+    FrmNotePad* pad = activeNotePad();
+    if (!pad) return;
+    const std::string name = fontBox_->currentFont().family().toStdString();
+    const int size = sizeBox_->currentText().toInt();
+    const bool bold = action("tbBold")->isChecked(), italic = action("tbItalic")->isChecked(),
+               underline = action("tbUnderline")->isChecked();
+    bool differs = false;
+    for (const auto& e : pad->document().auswahl()) {
+        if (e.ref.kind != editor::Kind::Text) continue;
+        const FontSpec& f = pad->document().page().texts[e.ref.index].font;
+        differs |= editor::fontNameOf(f) != name || (size > 0 && f.size != size) || isTrue(f.bold) != bold ||
+                   isTrue(f.italic) != italic || isTrue(f.underline) != underline;
+    }
+    if (!differs) return;
+    pad->document().changeSelectedTexts([&](TextElement& t) {
+        t.font.name = name;
+        if (size > 0) t.font.size = size;
+        t.font.bold = toBool16(bold);
+        t.font.italic = toBool16(italic);
+        t.font.underline = toBool16(underline);
+    });
+}
+
+void MainWindow::updateMemory() {
+    QFile info("/proc/meminfo");
+    if (!info.open(QIODevice::ReadOnly)) return;
+    for (const QByteArray& line : info.readAll().split('\n')) {
+        if (!line.startsWith("MemAvailable:")) continue;
+        const long long mb = line.simplified().split(' ').value(1).toLongLong() / 1024;
+        lblMemory_->setText(QString(t("Freier Speicher: %1 MB", "Free memory: %1 MB")).arg(mb));
+    }
+}
+
+void MainWindow::rebuildRecentMenu(const std::vector<std::string>& shown) {
+    QMenu* m = menus_["mnuZuletzt"];
+    m->clear();
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        const int n = static_cast<int>(i) + 1;
+        QAction* a = m->addAction(QString("&%1  %2").arg(n).arg(QString::fromStdString(shown[i])));
+        a->setObjectName("RecentFile" + QString::number(n));
+        // The menu shows shortened paths; the settings hold the full one.
+        connect(a, &QAction::triggered, this, [this, n] {
+            openFile(QString::fromStdString(settings_.get(kSettingsApp, kRecentSection, "RecentFile" + std::to_string(n))));
+        });
+    }
+    m->setEnabled(!shown.empty());
+}
+
+}  // namespace brindle::shell
