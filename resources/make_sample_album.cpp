@@ -305,17 +305,17 @@ int main(int argc, char** argv) {
 
     // Cover: title, a framed picture, a few lines beside it, a tip of the day.
     PageRecord cover = album.coverDefaults;
-    cover.texts.add() = text(30, 60, 520, 50, "Sommer am Wasser", 28, kCreamText, true);
-    cover.texts.add() = caption(100, 62, 520, "Ein Beispielalbum von Brindlesee", kLightBlue);
-    PictureElement& framed = cover.pictures.add() = picture(150, 60, 420, 280, dir + "Morgen am See.jpg", 1200, 800);
+    cover.texts.add() = text(48, 60, 520, 50, "Sommer am Wasser", 28, kCreamText, true);
+    cover.texts.add() = caption(118, 62, 520, "Ein Beispielalbum von Brindlesee", kLightBlue);
+    PictureElement& framed = cover.pictures.add() = picture(168, 60, 420, 280, dir + "Morgen am See.jpg", 1200, 800);
     framed.ext.extText[0] = "12,60,40,3355443,None,1,";
     framed.ext.extText[2] = "444";
     framed.ext.extText[3] = "304";
-    cover.texts.add() = text(150, 510, 260, 120,
+    cover.texts.add() = text(168, 510, 260, 120,
                              "Ein Sommer an Seen und am Meer:\r\nMorgenlicht, Mittagssonne,\r\nRegen, Schnee und Abendrot.",
                              12, kCreamText);
-    cover.texts.add() = caption(446, 60, 300, "Gedanke des Tages", kLightBlue);
-    TextElement& tip = cover.texts.add() = text(462, 60, 520, 30, "", 13, kCreamText);
+    cover.texts.add() = caption(464, 60, 300, "Gedanke des Tages", kLightBlue);
+    TextElement& tip = cover.texts.add() = text(480, 60, 520, 30, "", 13, kCreamText);
     tip.ext.extLong[4] = 1;
     std::string tips;
     for (int d = 1; d <= 31; ++d) tips += "Gedanke zum " + std::to_string(d) + ". des Monats;";
@@ -325,53 +325,53 @@ int main(int argc, char** argv) {
 
     // Contents page listing the others, with a word on each.
     PageRecord contents = album.pageDefaults;
-    contents.texts.add() = text(20, 40, 400, 30, "Inhalt", 20, kDeepBlue, true);
+    contents.texts.add() = text(48, 40, 400, 30, "Inhalt", 20, kDeepBlue, true);
     const char* names[][2] = {{"Umschlag Vorne", "Titelseite mit dem Gedanken des Tages"},
                               {"Effekte", "Spiegelung, Regen, Schnee und Laufband"},
                               {"Rundblick", "Panorama zum Drehen und die Suche"},
                               {"Umschlag Hinten", "zum Schluss, bl\xc3\xa4ttert von selbst weiter"}};
     for (int i = 0; i < 4; ++i) {
-        TextElement& t = contents.texts.add() = text(80 + 36 * i, 60, 150, 24, names[i][0], 13, kDeepBlue, true);
+        TextElement& t = contents.texts.add() = text(100 + 36 * i, 60, 150, 24, names[i][0], 13, kDeepBlue, true);
         t.hyperlink = std::string(names[i][0]) + ".htm";
-        contents.texts.add() = caption(88 + 36 * i, 230, 270, names[i][1]);
+        contents.texts.add() = caption(108 + 36 * i, 230, 270, names[i][1]);
     }
-    PictureElement& sunset = contents.pictures.add() = picture(80, 520, 240, 160, dir + "Abendrot.jpg", 1200, 800);
+    PictureElement& sunset = contents.pictures.add() = picture(104, 520, 240, 160, dir + "Abendrot.jpg", 1200, 800);
     sunset.ext.extText[0] = "8,60,40,15790320,None,1,";
     contents.title = "Inhalt";
     contents.description = "Inhaltsverzeichnis";
 
     // Effects: lake, rain, snow, a scrolling strip, underwater as plain.
     PageRecord effects = album.pageDefaults;
-    effects.texts.add() = text(20, 40, 500, 30, "Wasser, Regen und Schnee", 18, kDeepBlue, true);
-    PictureElement& lake = effects.pictures.add() = picture(70, 40, 300, 200, dir + "Morgen am See.jpg", 1200, 800);
+    effects.texts.add() = text(48, 40, 500, 30, "Wasser, Regen und Schnee", 18, kDeepBlue, true);
+    PictureElement& lake = effects.pictures.add() = picture(110, 40, 300, 200, dir + "Morgen am See.jpg", 1200, 800);
     lake.ext.extText[1] = "Lake,3,50,0,0,0";
     lake.hyperlink = "<vor>";
-    effects.texts.add() = caption(268, 40, 300, "Spiegelung am Morgen \xe2\x80\x93 ein Klick f\xc3\xbchrt weiter");
-    PictureElement& rain = effects.pictures.add() = picture(70, 380, 300, 200, dir + "Mittag am Meer.jpg", 1200, 800);
+    effects.texts.add() = caption(308, 40, 300, "Spiegelung am Morgen \xe2\x80\x93 ein Klick f\xc3\xbchrt weiter");
+    PictureElement& rain = effects.pictures.add() = picture(110, 380, 300, 200, dir + "Mittag am Meer.jpg", 1200, 800);
     rain.ext.extText[0] = "6,50,50,0,None,1,";
     rain.ext.extText[1] = "Rain,4,60,0,0,0";
-    effects.texts.add() = caption(268, 380, 300, "Regen \xc3\xbc" "ber dem Meer");
-    PictureElement& snow = effects.pictures.add() = picture(310, 40, 300, 200, dir + "Abendrot.jpg", 1200, 800);
+    effects.texts.add() = caption(308, 380, 300, "Regen \xc3\xbc" "ber dem Meer");
+    PictureElement& snow = effects.pictures.add() = picture(350, 40, 300, 200, dir + "Abendrot.jpg", 1200, 800);
     snow.ext.extText[0] = "6,50,12,16777215,None,1,";
     snow.ext.extText[1] = "Snow,2,60,0,0,0";
-    effects.texts.add() = caption(508, 40, 300, "Schnee im Abendrot");
-    PictureElement& strip = effects.pictures.add() = picture(310, 380, 300, 120, dir + "Bergpanorama.jpg", 3200, 600);
+    effects.texts.add() = caption(548, 40, 300, "Schnee im Abendrot");
+    PictureElement& strip = effects.pictures.add() = picture(350, 380, 300, 120, dir + "Bergpanorama.jpg", 3200, 600);
     strip.ext.extText[1] = "Pano,5,2,0,0,0";
-    effects.texts.add() = caption(428, 380, 300, "Die Berge ziehen vorbei");
-    PictureElement& under = effects.pictures.add() = picture(462, 380, 120, 80, dir + "Mittag am Meer.jpg", 1200, 800);
+    effects.texts.add() = caption(468, 380, 300, "Die Berge ziehen vorbei");
+    PictureElement& under = effects.pictures.add() = picture(502, 380, 120, 80, dir + "Mittag am Meer.jpg", 1200, 800);
     under.ext.extText[1] = "UnderWater,3,5,4,4,0,0,0";
-    effects.texts.add() = caption(482, 512, 170, "Unter Wasser");
+    effects.texts.add() = caption(522, 512, 170, "Unter Wasser");
     effects.title = "Effekte";
     effects.description = "See, Regen, Schnee und Panoramastreifen";
 
     // Panorama viewer with two pictures linked by a hotspot, and a search box.
     PageRecord pano = album.pageDefaults;
-    pano.texts.add() = text(20, 40, 560, 60,
+    pano.texts.add() = text(48, 40, 560, 60,
                             "Rundblick \xe2\x80\x93 ziehen zum Drehen, Rad zum Zoomen,\r\n"
                             "ein Klick auf den Leuchtturm f\xc3\xbchrt in die Berge",
                             13, kDarkText);
     PanoramaElement& viewer = pano.panoramas.add();
-    viewer.top = 90;
+    viewer.top = 112;
     viewer.left = 40;
     viewer.width = 560;
     viewer.height = 260;
@@ -387,7 +387,7 @@ int main(int argc, char** argv) {
     viewer.hotspots[1].urlName = dir + "Bergpanorama.jpg";
     viewer.hotspots[1].zoomStart = "100";
     SearchElement& search = pano.searchBoxes.add();
-    search.top = 370;
+    search.top = 392;
     search.left = 40;
     search.width = 500;
     search.height = 120;
@@ -397,11 +397,11 @@ int main(int argc, char** argv) {
 
     // Back cover: it goes on to the front cover by itself after 3 seconds.
     PageRecord back = album.coverDefaults;
-    back.texts.add() = text(40, 60, 520, 40, "Danke f\xc3\xbcrs Anschauen!", 24, kCreamText, true);
-    back.texts.add() = text(100, 60, 520, 50,
+    back.texts.add() = text(48, 60, 520, 40, "Danke f\xc3\xbcrs Anschauen!", 24, kCreamText, true);
+    back.texts.add() = text(110, 60, 520, 50,
                             "In wenigen Sekunden bl\xc3\xa4ttert das Album\r\nvon selbst zur\xc3\xbc" "ck zum Anfang.", 13,
                             kLightBlue);
-    PictureElement& evening = back.pictures.add() = picture(170, 60, 330, 220, dir + "Abendrot.jpg", 1200, 800);
+    PictureElement& evening = back.pictures.add() = picture(185, 60, 330, 220, dir + "Abendrot.jpg", 1200, 800);
     evening.ext.extText[0] = "10,60,40,3355443,None,1,";
     back.title = "Auf Wiedersehen";
     back.description = "R\xc3\xbc" "ckseite, die von selbst weiterbl\xc3\xa4ttert";
