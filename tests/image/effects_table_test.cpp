@@ -104,6 +104,11 @@ TEST(TableEffects, GammaRaisesToOneOverGamma) {
     EXPECT_EQ(after({128, 0, 255}, [](cDIBSection& d) { d.effectGamma(50); }), (Bgr{64, 0, 255}));
 }
 
+TEST(TableEffects, IntensityWeighsGreenMost) {
+    EXPECT_DOUBLE_EQ(cDIBSection::GetIntensity(100, 200, 50), 30 + 118 + 5.5);
+    EXPECT_DOUBLE_EQ(cDIBSection::GetIntensity(255, 255, 255), 255.0);
+}
+
 TEST(TableEffects, GreyAndBlackAndWhiteUseThePlainMean) {
     EXPECT_EQ(after({10, 20, 40}, [](cDIBSection& d) { d.effectGrayBits(); }), (Bgr{23, 23, 23}));
     EXPECT_EQ(after({1, 2, 2}, [](cDIBSection& d) { d.effectGrayBits(); }), (Bgr{2, 2, 2}));
