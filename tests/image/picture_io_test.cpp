@@ -17,6 +17,9 @@
 namespace brindle::test {
 namespace {
 
+// Every test runs in its own temporary program directory.
+class PictureDispatch : public TempHomeTest {};
+
 const char* name(PictureReader r) {
     switch (r) {
         case PictureReader::None:
@@ -41,7 +44,7 @@ const char* name(PictureReader r) {
     return "?";
 }
 
-TEST(PictureDispatch, ReadersAreChosenByTheLastFourCharacters) {
+TEST_F(PictureDispatch, ReadersAreChosenByTheLastFourCharacters) {
     struct Case {
         const char* path;
         PictureReader reader;
@@ -83,7 +86,7 @@ TEST(PictureDispatch, ReadersAreChosenByTheLastFourCharacters) {
     for (const Case& c : cases) EXPECT_STREQ(name(readerFor(c.path)), name(c.reader)) << c.path;
 }
 
-TEST(PictureDispatch, PcdAndKoalaStandInTheTableButCanNeverMatch) {
+TEST_F(PictureDispatch, PcdAndKoalaStandInTheTableButCanNeverMatch) {
     int dead = 0;
     for (const ReaderGroup& g : readerTable())
         for (const std::string& key : g.keys)
@@ -97,7 +100,7 @@ TEST(PictureDispatch, PcdAndKoalaStandInTheTableButCanNeverMatch) {
     EXPECT_EQ(pictureKey("a.b"), "a.b");
 }
 
-TEST(PictureDispatch, WritersAndTheDibOnlyAmpersandKey) {
+TEST_F(PictureDispatch, WritersAndTheDibOnlyAmpersandKey) {
     struct Case {
         const char* path;
         PictureWriter picture, dib;
@@ -119,7 +122,7 @@ TEST(PictureDispatch, WritersAndTheDibOnlyAmpersandKey) {
     }
 }
 
-TEST(PictureDispatch, ReductionsOfMoreThanTenTimesTakeTwoStages) {
+TEST_F(PictureDispatch, ReductionsOfMoreThanTenTimesTakeTwoStages) {
     EXPECT_TRUE(needsTwoStageReduction(1001, 800, 100, 100));
     EXPECT_TRUE(needsTwoStageReduction(800, 1001, 100, 100));
     EXPECT_FALSE(needsTwoStageReduction(1000, 1000, 100, 100));
