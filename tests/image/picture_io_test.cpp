@@ -280,6 +280,38 @@ TEST_F(PictureFiles, MultiPageReadLogsItsFailures) {
                    }));
 }
 
+std::uint32_t crc32(const std::string& bytes) {
+    std::uint32_t c = 0xFFFFFFFFu;
+    for (unsigned char b : bytes) {
+        c ^= b;
+        for (int k = 0; k < 8; ++k) c = (c >> 1) ^ (0xEDB88320u & (0u - (c & 1)));
+    }
+    return ~c;
+}
+
+TEST_F(PictureFiles, SizeBombsAreRefusedBeforeThePixelsAreAllocated) {
+    // PNG: a valid header promising 60000 x 60000 pixels, then nothing.
+    Bytes ihdr;
+    ihdr.text("IHDR").u32be(60000).u32be(60000).u8(8).u8(2).u8(0).u8(0).u8(0);
+    Bytes png;
+    png.u8(137).text("PNG").u8(13).u8(10).u8(26).u8(10).u32be(13).append(ihdr.str()).u32be(crc32(ihdr.str()));
+    png.u32be(0).text("IEND").u32be(crc32("IEND"));
+    writeBytes("bomb.png", png.str());
+    // BMP: 60000 x 60000 at 24 bits in 100 bytes.
+    Bytes bmp;
+    bmp.text("BM").u32(100).u32(0).u32(54).u32(40).u32(60000).u32(60000).u16(1).u16(24);
+    bmp.u32(0).u32(0).u32(0).u32(0).u32(0).u32(0).fill(46, 0);
+    writeBytes("bomb.bmp", bmp.str());
+    writeBytes("bomb.tif", png.str());  // the multi-page road, then the read by content
+    for (const char* file : {"bomb.png", "bomb.bmp", "bomb.tif"}) {
+        SCOPED_TRACE(file);
+        PictureHolder holder;
+        int w = 0, h = 0;
+        EXPECT_FALSE(Loadpicture(holder, path(file), w, h).ok);
+        EXPECT_FALSE(holder.picture);
+    }
+}
+
 TEST_F(PictureFiles, MetafilesBringTheirHintAndLoadNothing) {
     writeBytes("a.wmf", std::string(64, '\0'));
     const PictureFile f = LoadPictureFile(path("a.wmf"));
