@@ -2,6 +2,7 @@
 
 #include <FreeImage.h>
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include <cstdarg>
 #include <cstdio>
@@ -93,6 +94,26 @@ bool toDib(FIBITMAP* source, cDIBSection& dib) {
     return true;
 }
 
+// Reads the header only (where the format's reader can) and refuses sizes
+// that no real file of this length holds, before FreeImage allocates the
+// pixels. Readers that cannot stop at the header give the whole picture,
+// which is then used as it is.
+Bitmap loadChecked(FREE_IMAGE_FORMAT fif, const std::string& path, std::string* error) {
+    Bitmap head(FreeImage_Load(fif, path.c_str(), FIF_LOAD_NOPIXELS));
+    if (!head) return head;
+    if (FreeImage_HasPixels(head.get())) return head;
+    const long long pixels = static_cast<long long>(FreeImage_GetWidth(head.get())) * FreeImage_GetHeight(head.get());
+    struct stat st {};
+    const long long fileBytes = ::stat(path.c_str(), &st) == 0 ? st.st_size : 0;
+    // No compression here turns a byte into more than 65536 bytes of
+    // pixels, not even a fax page; and no album picture has 268 megapixels.
+    if (pixels <= 0 || pixels > (1LL << 28) || pixels * 3 > fileBytes * 65536) {
+        setError(error, "implausible picture size");
+        return {};
+    }
+    return Bitmap(FreeImage_Load(fif, path.c_str(), 0));
+}
+
 }  // namespace
 
 bool freeImageSingleRead(const std::string& path, cDIBSection& dib, const ImageEnv& env,
@@ -101,8 +122,9 @@ bool freeImageSingleRead(const std::string& path, cDIBSection& dib, const ImageE
     const FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(path.c_str(), 16);
     if (fif == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(fif))
         return setError(error, "unknown file type"), false;
-    Bitmap bitmap(FreeImage_Load(fif, path.c_str(), 0));
-    if (!bitmap) return setError(error, session.lastMessage()), false;
+    std::string why;
+    Bitmap bitmap = loadChecked(fif, path, &why);
+    if (!bitmap) return setError(error, why.empty() ? session.lastMessage() : why), false;
     if (!toDib(bitmap.get(), dib)) return setError(error, "cannot convert the picture"), false;
     return true;
 }
@@ -129,6 +151,7 @@ bool freeImageMultiPageRead(const std::string& rawPath, cDIBSection& dib, const 
                 "multipage bitmap");
         return false;
     }
+    if (!loadChecked(fif, path, nullptr)) return false;  // page 1's header first
     FIMULTIBITMAP* multi = FreeImage_OpenMultiBitmap(fif, path.c_str(), FALSE, TRUE, TRUE, 0);
     if (!multi) return false;
     bool ok = false;
@@ -165,7 +188,9 @@ bool platformRead(const std::string& path, PlatformFormat format, cDIBSection& d
     if (!FreeImage_Validate(fif, path.c_str()))
         return setError(error, std::string("not a ") + FreeImage_GetFormatFromFIF(fif) + " file"),
                false;
-    Bitmap bitmap(FreeImage_Load(fif, path.c_str(), 0));
+    std::string why;
+    Bitmap bitmap = loadChecked(fif, path, &why);
+    if (!why.empty()) return setError(error, why), false;
     if (!bitmap)
         return setError(error, session.lastMessage().empty() ? "cannot read the picture"
                                                              : session.lastMessage()),

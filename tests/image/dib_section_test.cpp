@@ -5,11 +5,15 @@
 
 #include "image/picture_holder.h"
 #include "image_compare.h"
+#include "support/temp_home.h"
 
 namespace brindle::test {
 namespace {
 
-TEST(DibSection, BytesPerScanLinePadsRowsToFourBytes) {
+// Every test runs in its own temporary program directory.
+class DibSection : public TempHomeTest {};
+
+TEST_F(DibSection, BytesPerScanLinePadsRowsToFourBytes) {
     const int cases[][2] = {{1, 4},  {2, 8},  {3, 12}, {4, 12},
                             {5, 16}, {7, 24}, {8, 24}, {100, 300}};
     for (const auto& c : cases) {
@@ -24,7 +28,7 @@ TEST(DibSection, BytesPerScanLinePadsRowsToFourBytes) {
     }
 }
 
-TEST(DibSection, CreateStartsBlackAndReplacesWhatWasHeld) {
+TEST_F(DibSection, CreateStartsBlackAndReplacesWhatWasHeld) {
     cDIBSection dib;
     EXPECT_TRUE(dib.empty());
     EXPECT_EQ(dib.hDib(), 0u);
@@ -42,7 +46,7 @@ TEST(DibSection, CreateStartsBlackAndReplacesWhatWasHeld) {
     EXPECT_EQ(dib.DIBSectionBitsPtr(), nullptr);
 }
 
-TEST(DibSection, BufferRowZeroIsTheBottomRowInBlueGreenRedOrder) {
+TEST_F(DibSection, BufferRowZeroIsTheBottomRowInBlueGreenRedOrder) {
     cDIBSection dib = makeDib(2, 3, [](int x, int y) {
         return x == 0 && y == 0 ? Bgr{1, 2, 3} : Bgr{};
     });
@@ -53,7 +57,7 @@ TEST(DibSection, BufferRowZeroIsTheBottomRowInBlueGreenRedOrder) {
     EXPECT_EQ(dib.rowBits(0)[0], 0);
 }
 
-TEST(DibSection, PaintPictureWithMinusOneCopiesTheWholePicture) {
+TEST_F(DibSection, PaintPictureWithMinusOneCopiesTheWholePicture) {
     const cDIBSection src = noisePicture(7, 5, 1);
     cDIBSection dst;
     ASSERT_TRUE(dst.Create(7, 5));
@@ -61,7 +65,7 @@ TEST(DibSection, PaintPictureWithMinusOneCopiesTheWholePicture) {
     EXPECT_TRUE(sameImage(src, dst));
 }
 
-TEST(DibSection, BlitsAreClippedToBothPictures) {
+TEST_F(DibSection, BlitsAreClippedToBothPictures) {
     const cDIBSection src = makeDib(3, 3, [](int x, int y) { return Bgr{x, y, 9}; });
     cDIBSection dst;
     ASSERT_TRUE(dst.Create(3, 3));
@@ -76,7 +80,7 @@ TEST(DibSection, BlitsAreClippedToBothPictures) {
     EXPECT_EQ(pixelAt(into, 1, 1), (Bgr{2, 2, 9}));
 }
 
-TEST(DibSection, RasterOperationsCombineBytes) {
+TEST_F(DibSection, RasterOperationsCombineBytes) {
     const cDIBSection src = makeDib(1, 1, [](int, int) { return Bgr{0x0F, 0xF0, 0xAA}; });
     struct Case {
         std::uint32_t rop;
@@ -104,7 +108,7 @@ cDIBSection row(std::initializer_list<int> values) {
     return makeDib({r});
 }
 
-TEST(DibSection, StretchTakesThePixelUnderEachTargetCentreWithoutAveraging) {
+TEST_F(DibSection, StretchTakesThePixelUnderEachTargetCentreWithoutAveraging) {
     const cDIBSection src = row({10, 20, 30, 40});
     cDIBSection half;
     ASSERT_TRUE(half.Create(2, 1));
@@ -116,7 +120,7 @@ TEST(DibSection, StretchTakesThePixelUnderEachTargetCentreWithoutAveraging) {
     EXPECT_TRUE(sameImage(row({10, 10, 20, 20, 30, 30, 40, 40}), twice));
 }
 
-TEST(DibSection, NegativeExtentsMirror) {
+TEST_F(DibSection, NegativeExtentsMirror) {
     const cDIBSection src = makeDib(3, 2, [](int x, int y) { return Bgr{x, y, 0}; });
     const cDIBSection mirrored = makeDib(3, 2, [](int x, int y) { return Bgr{2 - x, y, 0}; });
     const cDIBSection flipped = makeDib(3, 2, [](int x, int y) { return Bgr{x, 1 - y, 0}; });
@@ -143,7 +147,7 @@ TEST(DibSection, NegativeExtentsMirror) {
     EXPECT_TRUE(sameImage(mirrored, viaPaint));
 }
 
-TEST(DibSection, StretchOntoItselfMirrorsInPlace) {
+TEST_F(DibSection, StretchOntoItselfMirrorsInPlace) {
     cDIBSection dib = makeDib(4, 3, [](int x, int y) { return Bgr{x, y, 7}; });
     dib.StretchPicture(dib.hdc(), 0, 0, 4, 3, 4, 0, -4, 3);
     EXPECT_TRUE(sameImage(makeDib(4, 3, [](int x, int y) { return Bgr{3 - x, y, 7}; }), dib));
@@ -151,7 +155,7 @@ TEST(DibSection, StretchOntoItselfMirrorsInPlace) {
     EXPECT_TRUE(sameImage(makeDib(4, 3, [](int x, int y) { return Bgr{3 - x, 2 - y, 7}; }), dib));
 }
 
-TEST(DibSection, InvertIsTheNegativeAndUndoesItself) {
+TEST_F(DibSection, InvertIsTheNegativeAndUndoesItself) {
     const cDIBSection original = noisePicture(5, 4, 2);
     cDIBSection dib = original;
     dib.effectInvert();
@@ -161,13 +165,13 @@ TEST(DibSection, InvertIsTheNegativeAndUndoesItself) {
     EXPECT_TRUE(sameImage(original, dib));
 }
 
-TEST(DibSection, ResampleToTheSameSizeIsAPlainCopy) {
+TEST_F(DibSection, ResampleToTheSameSizeIsAPlainCopy) {
     const cDIBSection src = noisePicture(9, 7, 3);
     const cDIBSection out = src.Resample(7, 9);
     EXPECT_TRUE(sameImage(src, out));
 }
 
-TEST(DibSection, ResampleBlendsRowsFirstAndRoundsHalfToEven) {
+TEST_F(DibSection, ResampleBlendsRowsFirstAndRoundsHalfToEven) {
     // Buffer rows: row 0 = 0, 10; row 1 = 20, 31 (grey).
     cDIBSection src;
     ASSERT_TRUE(src.Create(2, 2));
@@ -188,13 +192,13 @@ TEST(DibSection, ResampleBlendsRowsFirstAndRoundsHalfToEven) {
         }
 }
 
-TEST(DibSection, ResampleToOnePixelTakesTheFirstPixel) {
+TEST_F(DibSection, ResampleToOnePixelTakesTheFirstPixel) {
     const cDIBSection src = noisePicture(4, 4, 4);
     const cDIBSection out = src.Resample(1, 1);
     EXPECT_EQ(bufferPixel(out, 0, 0), bufferPixel(src, 0, 0));
 }
 
-TEST(DibSection, ClipboardTakesBitmapsOnly) {
+TEST_F(DibSection, ClipboardTakesBitmapsOnly) {
     const cDIBSection dib = noisePicture(3, 2, 5);
     const ImageStatus asDib = dib.CopyToClipboard(true, [](const Picture&) { return true; });
     EXPECT_FALSE(asDib.ok);
@@ -213,7 +217,7 @@ TEST(DibSection, ClipboardTakesBitmapsOnly) {
     EXPECT_FALSE(dib.CopyToClipboard(false, [](const Picture&) { return false; }).ok);
 }
 
-TEST(DibSection, PicturesAndHoldersCarryThePixels) {
+TEST_F(DibSection, PicturesAndHoldersCarryThePixels) {
     const cDIBSection dib = noisePicture(6, 3, 6);
     const Picture picture = dib.Picture();
     EXPECT_EQ(picture.Width(), 6);
@@ -233,7 +237,7 @@ TEST(DibSection, PicturesAndHoldersCarryThePixels) {
     EXPECT_TRUE(sameImage(dib, *holder.Image().Handle()));
 }
 
-TEST(DibSection, EffectsLeaveTheProgressWordAtOneHundred) {
+TEST_F(DibSection, EffectsLeaveTheProgressWordAtOneHundred) {
     cDIBSection dib = noisePicture(10, 10, 7);
     ProgressWord progress;
     progress.store(42);

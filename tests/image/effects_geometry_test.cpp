@@ -3,9 +3,14 @@
 
 #include "image/dib_section.h"
 #include "image_compare.h"
+#include "support/temp_home.h"
 
 namespace brindle::test {
 namespace {
+
+// Every test runs in its own temporary program directory.
+class Frames : public TempHomeTest {};
+class Geometry : public TempHomeTest {};
 
 cDIBSection flat(int w, int h, int v) {
     return makeDib(w, h, [v](int, int) { return Bgr{v, v, v}; });
@@ -24,7 +29,7 @@ void expectGreyRows(const cDIBSection& dib, const std::vector<std::vector<int>>&
         }
 }
 
-TEST(Frames, FrameOfThicknessZeroIsTheFrameOfThicknessOne) {
+TEST_F(Frames, FrameOfThicknessZeroIsTheFrameOfThicknessOne) {
     const cDIBSection noise = noisePicture(12, 9, 31);
     cDIBSection zero = noise, one = noise;
     zero.effectRahmen(60, 40, 0);
@@ -33,7 +38,7 @@ TEST(Frames, FrameOfThicknessZeroIsTheFrameOfThicknessOne) {
     EXPECT_FALSE(sameImage(noise, one));
 }
 
-TEST(Frames, FrameProfileAtThicknessOne) {
+TEST_F(Frames, FrameProfileAtThicknessOne) {
     // 4 x 4, light = shadow = 50 (no scaling), d = 1, r = t = 2. The bottom
     // buffer row takes T0[20] = -7: 0.3; the top row T1[20] = 1: 1.1; the
     // left band 1.1 and the right band 0.3 join along the diagonals.
@@ -50,7 +55,7 @@ TEST(Frames, FrameProfileAtThicknessOne) {
     expectGreyRows(dark, {{75, 75, 75, 75}, {90, 10, 10, 10}, {90, 10, 10, 10}, {90, 90, 90, 10}});
 }
 
-TEST(Frames, ButtonEdgesRampWithTheDistanceFromTheBorder) {
+TEST_F(Frames, ButtonEdgesRampWithTheDistanceFromTheBorder) {
     // 6 x 6, light 6, shadow 1, d = 2: up = 1.5, down = 0.05, r = t = 3.
     cDIBSection dib = flat(6, 6, 100);
     dib.effectButtonize(6, 1, 2);
@@ -64,7 +69,7 @@ TEST(Frames, ButtonEdgesRampWithTheDistanceFromTheBorder) {
                         });
 }
 
-TEST(Geometry, FitToKeepsTheAspectRatioAndReducesBySampling) {
+TEST_F(Geometry, FitToKeepsTheAspectRatioAndReducesBySampling) {
     struct Case {
         const char* name;
         int w, h, expectedW, expectedH, pixelOne;  // blue of buffer row 5, pixel 1
@@ -87,7 +92,7 @@ TEST(Geometry, FitToKeepsTheAspectRatioAndReducesBySampling) {
     EXPECT_TRUE(empty.empty());
 }
 
-TEST(Geometry, ReduceSamplesAtRoundedPositionsAndKeepsBufferRowZero) {
+TEST_F(Geometry, ReduceSamplesAtRoundedPositionsAndKeepsBufferRowZero) {
     cDIBSection dib = coordinates(6, 4);
     const cDIBSection original = dib;
     dib.effectVerkleinern(7, 2, 0, 0);
@@ -108,7 +113,7 @@ TEST(Geometry, ReduceSamplesAtRoundedPositionsAndKeepsBufferRowZero) {
     EXPECT_EQ(bufferPixel(margins, 4, 5), (Bgr{}));
 }
 
-TEST(Geometry, CutStretchAndEnlargeGiveTheStatedSizes) {
+TEST_F(Geometry, CutStretchAndEnlargeGiveTheStatedSizes) {
     cDIBSection cut = coordinates(5, 6);
     cut.effectCut(1, 2, 0, 1);
     ASSERT_EQ(cut.Width(), 4);
@@ -135,7 +140,7 @@ TEST(Geometry, CutStretchAndEnlargeGiveTheStatedSizes) {
     EXPECT_EQ(pixelAt(larger, 5, 3), (Bgr{}));
 }
 
-TEST(Geometry, TilingRepeatsThePicture) {
+TEST_F(Geometry, TilingRepeatsThePicture) {
     cDIBSection tiles = coordinates(2, 3);
     tiles.effectKachelnSelbst(2, 1);
     ASSERT_EQ(tiles.Width(), 6);
@@ -147,7 +152,7 @@ TEST(Geometry, TilingRepeatsThePicture) {
     EXPECT_EQ(none.Width(), 2);
 }
 
-TEST(Geometry, MirroredTileFlipsTheFourQuarters) {
+TEST_F(Geometry, MirroredTileFlipsTheFourQuarters) {
     cDIBSection doubled = coordinates(2, 2);
     doubled.effectKachel(0, 0);
     ASSERT_EQ(doubled.Width(), 4);
@@ -172,7 +177,7 @@ TEST(Geometry, MirroredTileFlipsTheFourQuarters) {
     }
 }
 
-TEST(Geometry, QuarterTurnsMovePixelsBothWays) {
+TEST_F(Geometry, QuarterTurnsMovePixelsBothWays) {
     const cDIBSection src = coordinates(3, 2);
     cDIBSection right = src;
     right.effectBildDrehen90(90);

@@ -7,9 +7,16 @@
 #include "image/dib_section.h"
 #include "image/filter_bank.h"
 #include "image_compare.h"
+#include "support/temp_home.h"
 
 namespace brindle::test {
 namespace {
+
+// Every test runs in its own temporary program directory.
+class FilterBank : public TempHomeTest {};
+class MixEffects : public TempHomeTest {};
+class NeighbourhoodEffects : public TempHomeTest {};
+class RemappingEffects : public TempHomeTest {};
 
 // A grey picture given by buffer rows (row 0 at the bottom), one value per pixel.
 cDIBSection greyRows(const std::vector<std::vector<int>>& bufferRows) {
@@ -28,7 +35,7 @@ cDIBSection spot(int size, int at, int value, int background = 0) {
     return greyRows(rows);
 }
 
-TEST(NeighbourhoodEffects, EmbossTakesTheByteAboveRightAndCentresOn128) {
+TEST_F(NeighbourhoodEffects, EmbossTakesTheByteAboveRightAndCentresOn128) {
     struct Case {
         int below, above, expected;
     } cases[] = {{100, 60, 168}, {10, 200, 62}, {255, 0, 255}};
@@ -45,7 +52,7 @@ TEST(NeighbourhoodEffects, EmbossTakesTheByteAboveRightAndCentresOn128) {
     }
 }
 
-TEST(NeighbourhoodEffects, OneTapSharpenSeesItsAlreadySharpenedLeftNeighbour) {
+TEST_F(NeighbourhoodEffects, OneTapSharpenSeesItsAlreadySharpenedLeftNeighbour) {
     cDIBSection dib = greyRows({{10, 50, 50, 50, 10}});
     dib.effectSchärfenBits();
     // Bytes 3 .. 9: 50 + (50 - 10) / 2 = 70, then 50 + (50 - 70) / 2 = 40, then 50 + (50 - 40) / 2
@@ -56,7 +63,7 @@ TEST(NeighbourhoodEffects, OneTapSharpenSeesItsAlreadySharpenedLeftNeighbour) {
     EXPECT_EQ(bufferPixel(dib, 4, 0), (Bgr{10, 10, 10}));
 }
 
-TEST(NeighbourhoodEffects, OneTapSharpenFollowsItsFormulaOnNoise) {
+TEST_F(NeighbourhoodEffects, OneTapSharpenFollowsItsFormulaOnNoise) {
     const cDIBSection noise = noisePicture(40, 6, 23);
     cDIBSection expected = noise;
     for (int row = 0; row < 6; ++row) {
@@ -71,7 +78,7 @@ TEST(NeighbourhoodEffects, OneTapSharpenFollowsItsFormulaOnNoise) {
     EXPECT_TRUE(sameImage(expected, dib));
 }
 
-TEST(NeighbourhoodEffects, ThreeByThreeSharpenWorksInPlaceWithIntegerDivision) {
+TEST_F(NeighbourhoodEffects, ThreeByThreeSharpenWorksInPlaceWithIntegerDivision) {
     const cDIBSection flat = greyRows(std::vector<std::vector<int>>(6, std::vector<int>(6, 90)));
     for (int k : {0, 5, 40}) {
         cDIBSection same = flat;
@@ -89,7 +96,7 @@ TEST(NeighbourhoodEffects, ThreeByThreeSharpenWorksInPlaceWithIntegerDivision) {
     EXPECT_EQ(grey(dib, 4, 4), 100);
 }
 
-TEST(NeighbourhoodEffects, FivePointBlurIgnoresItsArgumentAndWorksInPlace) {
+TEST_F(NeighbourhoodEffects, FivePointBlurIgnoresItsArgumentAndWorksInPlace) {
     const cDIBSection noise = noisePicture(12, 9, 21);
     cDIBSection one = noise, nine = noise;
     one.effectWeichzeichnen(1);
@@ -106,7 +113,7 @@ TEST(NeighbourhoodEffects, FivePointBlurIgnoresItsArgumentAndWorksInPlace) {
     EXPECT_EQ(grey(dib, 1, 2), 0);
 }
 
-TEST(FilterBank, FilterFiveIsTheFivePointMeanOverTheInterior) {
+TEST_F(FilterBank, FilterFiveIsTheFivePointMeanOverTheInterior) {
     cDIBSection dib = spot(5, 2, 100);
     EXPECT_TRUE(filterBitmap(kFilterSoft, dib, 77));
     const int expected[5][5] = {
@@ -116,7 +123,7 @@ TEST(FilterBank, FilterFiveIsTheFivePointMeanOverTheInterior) {
             EXPECT_EQ(grey(dib, x, row), expected[row][x]) << "x " << x << " row " << row;
 }
 
-TEST(FilterBank, FilterThreeWeighsTheCentreFourTimes) {
+TEST_F(FilterBank, FilterThreeWeighsTheCentreFourTimes) {
     const cDIBSection flat = greyRows(std::vector<std::vector<int>>(5, std::vector<int>(5, 77)));
     cDIBSection same = flat;
     EXPECT_TRUE(filterBitmap(kFilterBlur, same, 0));
@@ -130,7 +137,7 @@ TEST(FilterBank, FilterThreeWeighsTheCentreFourTimes) {
     EXPECT_FALSE(filterBitmap(4, dib, 0));
 }
 
-TEST(RemappingEffects, WavesTakeRowsFromTheMap) {
+TEST_F(RemappingEffects, WavesTakeRowsFromTheMap) {
     // Height 10, phase 0: map = 9 8 7 6 6 5 5 4 0 1 (worked out for rows 0..9;
     // row 8 needs the floor of -0.15, which is -1).
     std::vector<std::vector<int>> rows;
@@ -146,7 +153,7 @@ TEST(RemappingEffects, WavesTakeRowsFromTheMap) {
     for (int r = 0; r < 10; ++r) EXPECT_EQ(grey(turned, 0, r), map5[r] * 10) << "row " << r;
 }
 
-TEST(RemappingEffects, RippleMovesRowsAndColumnsBySines) {
+TEST_F(RemappingEffects, RippleMovesRowsAndColumnsBySines) {
     const cDIBSection src = makeDib(20, 40, [](int x, int y) {
         return Bgr{x, 39 - y, 0};
     });  // b = x, g = buffer row
@@ -167,7 +174,7 @@ TEST(RemappingEffects, RippleMovesRowsAndColumnsBySines) {
     EXPECT_EQ(bufferPixel(horizontal, 0, 7).b, 0);
 }
 
-TEST(RemappingEffects, ThreeDimensionalDrawsBrightPixelsDownTheirColumn) {
+TEST_F(RemappingEffects, ThreeDimensionalDrawsBrightPixelsDownTheirColumn) {
     // Height 3, depth 1: k = 0.01. Buffer row 2 pixel 0 has the sum 300:
     // t = round(2 - 3) -> 1, so row 1 takes its colour; pixel 1 (sum 30) stays.
     cDIBSection dib = greyRows({{1, 1}, {2, 2}, {100, 10}});
@@ -180,7 +187,7 @@ TEST(RemappingEffects, ThreeDimensionalDrawsBrightPixelsDownTheirColumn) {
     EXPECT_TRUE(sameImage(greyRows({{1, 1}, {2, 2}, {100, 10}}), none));
 }
 
-TEST(RemappingEffects, FrostedGlassOnlyMovesColoursAround) {
+TEST_F(RemappingEffects, FrostedGlassOnlyMovesColoursAround) {
     cDIBSection::seedRandom(3);
     const cDIBSection src = noisePicture(10, 10, 22);
     cDIBSection weak = src;
@@ -202,7 +209,7 @@ TEST(RemappingEffects, FrostedGlassOnlyMovesColoursAround) {
         }
 }
 
-TEST(MixEffects, AlphaBlendingMixesWithTheSecondPictureAndRoundsHalfToEven) {
+TEST_F(MixEffects, AlphaBlendingMixesWithTheSecondPictureAndRoundsHalfToEven) {
     struct Case {
         int alpha, a, b, expected;
     } cases[] = {
@@ -218,7 +225,7 @@ TEST(MixEffects, AlphaBlendingMixesWithTheSecondPictureAndRoundsHalfToEven) {
     }
 }
 
-TEST(MixEffects, NoiseRemovalReplacesPixelsThatStandOut) {
+TEST_F(MixEffects, NoiseRemovalReplacesPixelsThatStandOut) {
     auto picture = [] { return spot(7, 3, 200, 100); };
     // Method 1: a pixel stays when every channel is within `low` of its
     // neighbours' mean (or at least `high` away). The spot and its eight

@@ -6,9 +6,14 @@
 #include "image/byte_table.h"
 #include "image/dib_section.h"
 #include "image_compare.h"
+#include "support/temp_home.h"
 
 namespace brindle::test {
 namespace {
+
+// Every test runs in its own temporary program directory.
+class ByteTableLookup : public TempHomeTest {};
+class TableEffects : public TempHomeTest {};
 
 cDIBSection onePixel(Bgr c) {
     return makeDib(1, 1, [&](int, int) { return c; });
@@ -21,7 +26,7 @@ Bgr after(Bgr c, Effect effect) {
     return pixelAt(dib, 0, 0);
 }
 
-TEST(TableEffects, ContrastFollowsTheExponentialFactor) {
+TEST_F(TableEffects, ContrastFollowsTheExponentialFactor) {
     // c = 0: k = 93, f = e^3.1 / 20 - 0.05 = 1.0599.
     //   0 -> (0 - 127) f + 127 = -7.6 -> 0; 100 -> 98.38 -> 98; 200 -> 204.37 -> 204.
     EXPECT_EQ(after({0, 100, 200}, [](cDIBSection& d) { d.effectKontrastBits(0); }),
@@ -42,7 +47,7 @@ TEST(TableEffects, ContrastFollowsTheExponentialFactor) {
     EXPECT_FALSE(sameImage(zero, three));
 }
 
-TEST(TableEffects, BrightnessZeroBrightensByOnePointTwoEightAndIsCappedAt255) {
+TEST_F(TableEffects, BrightnessZeroBrightensByOnePointTwoEightAndIsCappedAt255) {
     // b = 0: k = 100, f = e^2 / 5 - 0.2 = 1.27781.
     EXPECT_EQ(after({50, 100, 200}, [](cDIBSection& d) { d.effectBrightnessBits(0); }),
               (Bgr{64, 128, 255}));
@@ -56,7 +61,7 @@ TEST(TableEffects, BrightnessZeroBrightensByOnePointTwoEightAndIsCappedAt255) {
     EXPECT_TRUE(sameImage(noise, almost, 3));
 }
 
-TEST(TableEffects, FastBrightnessRunsOverTheFlatBufferUpToItsOldLimit) {
+TEST_F(TableEffects, FastBrightnessRunsOverTheFlatBufferUpToItsOldLimit) {
     // Width 2: 8 bytes per row. Height 2: bytes 0 .. (2 - 1) x (8 - 1) = 7,
     // which is the whole bottom row with its pad bytes, and nothing above.
     cDIBSection dib = makeDib(2, 2, [](int, int) { return Bgr{10, 10, 10}; });
@@ -70,14 +75,14 @@ TEST(TableEffects, FastBrightnessRunsOverTheFlatBufferUpToItsOldLimit) {
     EXPECT_EQ(bufferPixel(flat, 0, 0), (Bgr{107, 10, 10}));
 }
 
-TEST(TableEffects, BrightnessTestChangesRowsZeroToThirtyOnly) {
+TEST_F(TableEffects, BrightnessTestChangesRowsZeroToThirtyOnly) {
     cDIBSection dib = makeDib(3, 40, [](int, int) { return Bgr{100, 100, 100}; });
     EXPECT_GE(dib.effectBrightnessBitsTest(0), 0.0);
     EXPECT_EQ(bufferPixel(dib, 2, 30), (Bgr{128, 128, 128}));
     EXPECT_EQ(bufferPixel(dib, 2, 31), (Bgr{100, 100, 100}));
 }
 
-TEST(TableEffects, IntensivDarkensBelow128AndBrightensAbove) {
+TEST_F(TableEffects, IntensivDarkensBelow128AndBrightensAbove) {
     const cDIBSection noise = noisePicture(16, 16, 13);
     cDIBSection same = noise;
     same.effectIntensiv(100);
@@ -92,7 +97,7 @@ TEST(TableEffects, IntensivDarkensBelow128AndBrightensAbove) {
     EXPECT_EQ(after({10, 200, 127}, [](cDIBSection& d) { d.effectIntensiv(0); }), (Bgr{0, 255, 1}));
 }
 
-TEST(TableEffects, GammaRaisesToOneOverGamma) {
+TEST_F(TableEffects, GammaRaisesToOneOverGamma) {
     const cDIBSection noise = noisePicture(16, 16, 14);
     cDIBSection same = noise;
     same.effectGamma(100);
@@ -104,7 +109,12 @@ TEST(TableEffects, GammaRaisesToOneOverGamma) {
     EXPECT_EQ(after({128, 0, 255}, [](cDIBSection& d) { d.effectGamma(50); }), (Bgr{64, 0, 255}));
 }
 
-TEST(TableEffects, GreyAndBlackAndWhiteUseThePlainMean) {
+TEST_F(TableEffects, IntensityWeighsGreenMost) {
+    EXPECT_DOUBLE_EQ(cDIBSection::GetIntensity(100, 200, 50), 30 + 118 + 5.5);
+    EXPECT_DOUBLE_EQ(cDIBSection::GetIntensity(255, 255, 255), 255.0);
+}
+
+TEST_F(TableEffects, GreyAndBlackAndWhiteUseThePlainMean) {
     EXPECT_EQ(after({10, 20, 40}, [](cDIBSection& d) { d.effectGrayBits(); }), (Bgr{23, 23, 23}));
     EXPECT_EQ(after({1, 2, 2}, [](cDIBSection& d) { d.effectGrayBits(); }), (Bgr{2, 2, 2}));
     EXPECT_EQ(after({100, 100, 101}, [](cDIBSection& d) { d.effectBlackAndWhite(100); }),
@@ -118,7 +128,7 @@ TEST(TableEffects, GreyAndBlackAndWhiteUseThePlainMean) {
     EXPECT_TRUE(sameImage(a, b));
 }
 
-TEST(TableEffects, SaturationModesSelectPixelsByTheirStrongestChannel) {
+TEST_F(TableEffects, SaturationModesSelectPixelsByTheirStrongestChannel) {
     const Bgr red{50, 60, 200}, green{50, 200, 60}, blue{200, 60, 50}, grey{100, 100, 100};
     // p = 50, mean 103: red (50, 60, 200) -> (23.5, 38.5, 248.5) -> (24, 38, 248).
     const Bgr redOut{24, 38, 248}, greenOut{24, 248, 38}, blueOut{248, 38, 24};
@@ -143,7 +153,7 @@ TEST(TableEffects, SaturationModesSelectPixelsByTheirStrongestChannel) {
               (Bgr{103, 103, 103}));
 }
 
-TEST(TableEffects, TintAddsTheColourAndKeepsTheHeldShare) {
+TEST_F(TableEffects, TintAddsTheColourAndKeepsTheHeldShare) {
     // Tint (30, 0, 0): mean0 = 10. Picture pixel (b 50, g 60, r 70), mean 60.
     struct Case {
         int hold, brightness;
@@ -163,7 +173,7 @@ TEST(TableEffects, TintAddsTheColourAndKeepsTheHeldShare) {
     }
 }
 
-TEST(TableEffects, RandomPicturesNeverHoldBlueUnlessGrey) {
+TEST_F(TableEffects, RandomPicturesNeverHoldBlueUnlessGrey) {
     cDIBSection::seedRandom(1);
     cDIBSection colour = noisePicture(20, 20, 16);
     colour.effectRandomiseBits(false);
@@ -180,13 +190,13 @@ TEST(TableEffects, RandomPicturesNeverHoldBlueUnlessGrey) {
     EXPECT_TRUE(varied);
 }
 
-TEST(TableEffects, FlatFillSplitsTheColourWord) {
+TEST_F(TableEffects, FlatFillSplitsTheColourWord) {
     cDIBSection dib = noisePicture(3, 3, 17);
     dib.effectFarbfläche(0x00332211);
     EXPECT_TRUE(sameImage(makeDib(3, 3, [](int, int) { return Bgr{0x33, 0x22, 0x11}; }), dib));
 }
 
-TEST(TableEffects, GridBlackensEveryNthRowAndColumn) {
+TEST_F(TableEffects, GridBlackensEveryNthRowAndColumn) {
     struct Case {
         int width, xStep, yStep;
         std::vector<int> columns;
@@ -206,7 +216,7 @@ TEST(TableEffects, GridBlackensEveryNthRowAndColumn) {
     }
 }
 
-TEST(TableEffects, NeonLooksUpACosineTableShiftedByRowAndColumn) {
+TEST_F(TableEffects, NeonLooksUpACosineTableShiftedByRowAndColumn) {
     // Buffer row 0: pixel 0 (b 0, g 64, r 128); row 1: pixel 1 (b 63, g 1, r 255).
     cDIBSection dib;
     ASSERT_TRUE(dib.Create(2, 2));
@@ -235,7 +245,7 @@ TEST(TableEffects, NeonLooksUpACosineTableShiftedByRowAndColumn) {
     EXPECT_EQ(bufferPixel(grey, 0, 0), (Bgr{37, 37, 37}));
 }
 
-TEST(TableEffects, MetalToneHasThreeTintsAndFollowsBrightnessOnly) {
+TEST_F(TableEffects, MetalToneHasThreeTintsAndFollowsBrightnessOnly) {
     const Bgr mid{128, 128, 128};
     const Bgr gold = after(mid, [](cDIBSection& d) { d.effectMetallic(1); });
     const Bgr ice = after(mid, [](cDIBSection& d) { d.effectMetallic(2); });
@@ -258,7 +268,7 @@ TEST(TableEffects, MetalToneHasThreeTintsAndFollowsBrightnessOnly) {
 namespace brindle::test {
 namespace {
 
-TEST(ByteTableLookup, WideAndPortablePathsAgreeAtEveryLength) {
+TEST_F(ByteTableLookup, WideAndPortablePathsAgreeAtEveryLength) {
     std::uint8_t table[256];
     for (int i = 0; i < 256; ++i) table[i] = static_cast<std::uint8_t>((i * 37 + 11) ^ 0x5A);
     const ByteTable wide(table), portable(table, false);

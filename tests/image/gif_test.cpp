@@ -15,6 +15,10 @@
 namespace brindle::test {
 namespace {
 
+// Every test runs in its own temporary program directory.
+class Lzw : public TempHomeTest {};
+class PaletteBuilding : public TempHomeTest {};
+
 // The input as the palette shows it: what a GIF of it must decode to.
 cDIBSection paletteMapped(const cDIBSection& dib, const Palette& palette) {
     const std::vector<std::uint8_t> indices = mapToPalette(dib, palette);
@@ -68,7 +72,7 @@ std::vector<std::uint8_t> lzwDecode(const std::vector<std::uint8_t>& stream, int
     return out;
 }
 
-TEST(Lzw, CodesStayWithinTwelveBitsAndDecodeToTheInput) {
+TEST_F(Lzw, CodesStayWithinTwelveBitsAndDecodeToTheInput) {
     std::vector<std::uint8_t> indices(200000);
     std::mt19937 rng(5);
     for (auto& i : indices) i = static_cast<std::uint8_t>(rng() % 256);
@@ -85,13 +89,13 @@ TEST(Lzw, CodesStayWithinTwelveBitsAndDecodeToTheInput) {
     EXPECT_EQ(lzwDecode(short_, 8), runs);
 }
 
-TEST(Lzw, EmptyAndSingleInputs) {
+TEST_F(Lzw, EmptyAndSingleInputs) {
     const std::uint8_t one = 42;
     EXPECT_EQ(lzwDecode(lzwEncode(&one, 1), 8), std::vector<std::uint8_t>{42});
     EXPECT_TRUE(lzwDecode(lzwEncode(nullptr, 0), 8).empty());
 }
 
-TEST(Palette, FewColoursAreKeptExactlyAndManyAreCut) {
+TEST_F(PaletteBuilding, FewColoursAreKeptExactlyAndManyAreCut) {
     const cDIBSection few = makeDib(16, 16, [](int x, int y) {
         return Bgr{x * 16, y * 16, (x * y) % 200};
     });

@@ -15,6 +15,10 @@
 namespace brindle::test {
 namespace {
 
+// Every test runs in its own temporary program directory.
+class ImageInfo : public TempHomeTest {};
+class PackedDibBytes : public TempHomeTest {};
+
 std::string png(int width, int height, int bitDepth, int colourType) {
     Bytes b;
     b.u8(137).text("PNG").u8(13).u8(10).u8(26).u8(10).u32be(13).text("IHDR");
@@ -40,7 +44,7 @@ Info infoOf(const std::string& bytes) {
     return {info.Width, info.Height, info.Depth, info.ImageType};
 }
 
-TEST(ImageInfo, PngDepthFollowsTheColourType) {
+TEST_F(ImageInfo, PngDepthFollowsTheColourType) {
     struct Case {
         int bitDepth, colourType, depth;
     } cases[] = {{1, 0, 1}, {16, 0, 16}, {8, 2, 24}, {16, 2, 48}, {8, 3, 8},
@@ -54,7 +58,7 @@ TEST(ImageInfo, PngDepthFollowsTheColourType) {
     EXPECT_EQ(infoOf(png(640, 480, 8, 2).substr(0, 25)), (Info{0, 0, 0, kImageUnknown}));
 }
 
-TEST(ImageInfo, GifSizesComeFromTheLogicalScreen) {
+TEST_F(ImageInfo, GifSizesComeFromTheLogicalScreen) {
     Bytes b;
     b.text("GIF87a").u16(300).u16(200).u8(0xF4).u8(0).u8(0);
     EXPECT_EQ(infoOf(b.str()), (Info{300, 200, 5, kImageGif}));
@@ -72,7 +76,7 @@ Bytes frame(Bytes b, int code, int width, int height, int components) {
     return b;
 }
 
-TEST(ImageInfo, JpegIsWalkedMarkerByMarker) {
+TEST_F(ImageInfo, JpegIsWalkedMarkerByMarker) {
     EXPECT_EQ(infoOf(frame(jpegStart(), 0xC0, 1024, 768, 3).str()),
               (Info{1024, 768, 24, kImageJpeg}));
     EXPECT_EQ(infoOf(frame(jpegStart(), 0xC2, 33, 44, 1).str()), (Info{33, 44, 8, kImageJpeg}));
@@ -86,7 +90,7 @@ TEST(ImageInfo, JpegIsWalkedMarkerByMarker) {
     EXPECT_EQ(infoOf(frame(scanFirst, 0xC0, 5, 5, 3).str()), (Info{0, 0, 0, kImageUnknown}));
 }
 
-TEST(ImageInfo, JpegFrameBeyondTheBufferReadsAsZero) {
+TEST_F(ImageInfo, JpegFrameBeyondTheBufferReadsAsZero) {
     Bytes big = jpegStart();
     const std::size_t segments = imageinfo::kBufferSize / 65000 + 1;
     for (std::size_t i = 0; i < segments; ++i) big.u8(0xFF).u8(0xE1).u16be(65002).fill(65000, 0);
@@ -96,7 +100,7 @@ TEST(ImageInfo, JpegFrameBeyondTheBufferReadsAsZero) {
     EXPECT_EQ(infoOf(frame(near, 0xC0, 100, 100, 3).str()), (Info{100, 100, 24, kImageJpeg}));
 }
 
-TEST(ImageInfo, BmpInfoAndCoreHeaders) {
+TEST_F(ImageInfo, BmpInfoAndCoreHeaders) {
     Bytes info;
     info.text("BM")
         .u32(0)
@@ -114,7 +118,7 @@ TEST(ImageInfo, BmpInfoAndCoreHeaders) {
     EXPECT_EQ(infoOf(core.str()), (Info{31, 17, 24, kImageBmp}));
 }
 
-TEST(ImageInfo, UnknownOrShortFilesReadAsZero) {
+TEST_F(ImageInfo, UnknownOrShortFilesReadAsZero) {
     for (const std::string& bytes :
          {std::string("hello world, not a picture"), std::string("GI"), std::string()})
         EXPECT_EQ(infoOf(bytes), (Info{0, 0, 0, kImageUnknown}));
@@ -199,7 +203,7 @@ TEST_F(PackedDib, FailuresNameTheFile) {
     EXPECT_EQ(dib.PointerToBits(), nullptr);
 }
 
-TEST(PackedDibBytes, HostileHeadersAreRefused) {
+TEST_F(PackedDibBytes, HostileHeadersAreRefused) {
     auto file = [](std::uint32_t bitOffset, std::int32_t width, std::int32_t height, int bits,
                    std::size_t bitBytes) {
         Bytes b;

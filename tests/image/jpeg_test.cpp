@@ -13,7 +13,11 @@
 namespace brindle::test {
 namespace {
 
-TEST(JpegScale, TheSmallestScaleThatStillCoversTheWantedSize) {
+// Every test runs in its own temporary program directory.
+class JpegEncoders : public TempHomeTest {};
+class JpegScaleChoice : public TempHomeTest {};
+
+TEST_F(JpegScaleChoice, TheSmallestScaleThatStillCoversTheWantedSize) {
     struct Case {
         int w, h, wantW, wantH, num, denom;
     } cases[] = {
@@ -33,7 +37,7 @@ TEST(JpegScale, TheSmallestScaleThatStillCoversTheWantedSize) {
     }
 }
 
-TEST(JpegEncoders, LookedUpByMimeTypeInAnyCase) {
+TEST_F(JpegEncoders, LookedUpByMimeTypeInAnyCase) {
     EXPECT_TRUE(hasEncoderFor("image/jpeg"));
     EXPECT_TRUE(hasEncoderFor("IMAGE/JPEG"));
     EXPECT_FALSE(hasEncoderFor("image/gif"));

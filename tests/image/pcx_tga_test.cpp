@@ -10,6 +10,10 @@
 namespace brindle::test {
 namespace {
 
+// Every test runs in its own temporary program directory.
+class PcxReader : public TempHomeTest {};
+class TgaReader : public TempHomeTest {};
+
 Bytes pcxHeader(int bitsPerPlane, int planes, int width, int height, int bytesPerLine,
                 int encoding = 1, const std::vector<Bgr>& palette16 = {}) {
     Bytes b;
@@ -29,7 +33,7 @@ cDIBSection decodePcx(const std::string& bytes, LoadPCX& pcx) {
     return pcx.pixels();
 }
 
-TEST(PcxReader, TrueColourPlanesWithRunsAcrossRowEnds) {
+TEST_F(PcxReader, TrueColourPlanesWithRunsAcrossRowEnds) {
     // 3 x 2, bytes per line 4: each row is red, green, blue planes of 4 bytes.
     Bytes b = pcxHeader(8, 3, 3, 2, 4);
     b.u8(10).u8(20).u8(30).u8(0);        // row 0 red
@@ -47,7 +51,7 @@ TEST(PcxReader, TrueColourPlanesWithRunsAcrossRowEnds) {
         dib));
 }
 
-TEST(PcxReader, StoredRowsWithoutRunLengthCoding) {
+TEST_F(PcxReader, StoredRowsWithoutRunLengthCoding) {
     Bytes b = pcxHeader(8, 3, 1, 1, 2, 0);
     b.u8(0xC3).u8(0).u8(0xD4).u8(0).u8(0xE5).u8(0);
     LoadPCX pcx;
@@ -55,7 +59,7 @@ TEST(PcxReader, StoredRowsWithoutRunLengthCoding) {
     EXPECT_FALSE(pcx.Compressed());
 }
 
-TEST(PcxReader, TwoFiftySixColoursFromTheTailPaletteOrGrey) {
+TEST_F(PcxReader, TwoFiftySixColoursFromTheTailPaletteOrGrey) {
     Bytes b = pcxHeader(8, 1, 2, 2, 2);
     b.u8(1).u8(2).u8(3).u8(0xC1).u8(255);
     Bytes withTail = b;
@@ -68,7 +72,7 @@ TEST(PcxReader, TwoFiftySixColoursFromTheTailPaletteOrGrey) {
                           decodePcx(b.str(), pcx)));
 }
 
-TEST(PcxReader, SixteenColoursPackedAndPlanar) {
+TEST_F(PcxReader, SixteenColoursPackedAndPlanar) {
     const std::vector<Bgr> palette = {{0, 0, 0},    {0, 0, 170},   {0, 170, 0},  {0, 170, 170},
                                       {170, 0, 0},  {170, 0, 170}, {170, 85, 0}, {170, 170, 170},
                                       {85, 85, 85}, {85, 85, 255}};
@@ -87,7 +91,7 @@ TEST(PcxReader, SixteenColoursPackedAndPlanar) {
     EXPECT_EQ(pcx.Bpp(), 4);
 }
 
-TEST(PcxReader, MonochromeIsBlackAndWhite) {
+TEST_F(PcxReader, MonochromeIsBlackAndWhite) {
     Bytes b = pcxHeader(1, 1, 10, 1, 2);
     b.u8(0b10110000).u8(0b01000000);
     LoadPCX pcx;
@@ -96,7 +100,7 @@ TEST(PcxReader, MonochromeIsBlackAndWhite) {
     for (int x = 0; x < 10; ++x) EXPECT_EQ(pixelAt(dib, x, 0).g, bits[x] ? 255 : 0) << x;
 }
 
-TEST(PcxReader, HostileFilesAreRefused) {
+TEST_F(PcxReader, HostileFilesAreRefused) {
     struct Case {
         const char* name;
         std::string bytes;
@@ -150,7 +154,7 @@ cDIBSection decodeTga(const std::string& bytes, LoadTGA& tga) {
 
 const Bgr A{1, 2, 3}, B{4, 5, 6}, C{7, 8, 9}, D{10, 11, 12};
 
-TEST(TgaReader, TrueColourRowsStartAtTheBottomUnlessFlagged) {
+TEST_F(TgaReader, TrueColourRowsStartAtTheBottomUnlessFlagged) {
     Bytes bottomUp = tgaHeader(2, 2, 2, 24, 0, 0, 0, 0, 0, 3);
     bottomUp.text("id!");
     for (Bgr c : {C, D, A, B}) bottomUp.u8(c.b).u8(c.g).u8(c.r);  // file rows: bottom first
@@ -169,7 +173,7 @@ TEST(TgaReader, TrueColourRowsStartAtTheBottomUnlessFlagged) {
     EXPECT_TRUE(sameImage(makeDib({{B, A}}), decodeTga(rightToLeft.str(), tga)));
 }
 
-TEST(TgaReader, FifteenAndSixteenBitPixelsWidenFiveBitChannels) {
+TEST_F(TgaReader, FifteenAndSixteenBitPixelsWidenFiveBitChannels) {
     Bytes b = tgaHeader(2, 4, 1, 16, 0x20);
     b.u16(0x7C00).u16(0x03E0).u16(0x001F).u16(
         0xC210);  // red, green, blue, 16/16/16 with the top bit set
@@ -178,7 +182,7 @@ TEST(TgaReader, FifteenAndSixteenBitPixelsWidenFiveBitChannels) {
                           decodeTga(b.str(), tga)));
 }
 
-TEST(TgaReader, ColourMappedAndGreyPictures) {
+TEST_F(TgaReader, ColourMappedAndGreyPictures) {
     // Map entries 2..4 (24 bits); index 0 lies outside the map and is black.
     Bytes mapped = tgaHeader(1, 4, 1, 8, 0x20, 1, 2, 3, 24);
     for (Bgr c : {A, B, C}) mapped.u8(c.b).u8(c.g).u8(c.r);
@@ -194,7 +198,7 @@ TEST(TgaReader, ColourMappedAndGreyPictures) {
     EXPECT_TRUE(sameImage(makeDib({{{77, 77, 77}}}), decodeTga(greyAlpha.str(), tga)));
 }
 
-TEST(TgaReader, RunLengthPacketsGoOnAcrossRows) {
+TEST_F(TgaReader, RunLengthPacketsGoOnAcrossRows) {
     // 3 x 2 top-down: a run of four A, then two raw pixels B and C.
     Bytes b = tgaHeader(10, 3, 2, 24, 0x20);
     b.u8(0x83).u8(A.b).u8(A.g).u8(A.r);
@@ -212,7 +216,7 @@ TEST(TgaReader, RunLengthPacketsGoOnAcrossRows) {
     EXPECT_TRUE(sameImage(makeDib({{D, D, D}}), decodeTga(mapped.str(), tga)));
 }
 
-TEST(TgaReader, HostileFilesAreRefused) {
+TEST_F(TgaReader, HostileFilesAreRefused) {
     struct Case {
         const char* name;
         std::string bytes;

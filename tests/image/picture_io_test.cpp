@@ -17,6 +17,9 @@
 namespace brindle::test {
 namespace {
 
+// Every test runs in its own temporary program directory.
+class PictureDispatch : public TempHomeTest {};
+
 const char* name(PictureReader r) {
     switch (r) {
         case PictureReader::None:
@@ -41,7 +44,7 @@ const char* name(PictureReader r) {
     return "?";
 }
 
-TEST(PictureDispatch, ReadersAreChosenByTheLastFourCharacters) {
+TEST_F(PictureDispatch, ReadersAreChosenByTheLastFourCharacters) {
     struct Case {
         const char* path;
         PictureReader reader;
@@ -83,7 +86,7 @@ TEST(PictureDispatch, ReadersAreChosenByTheLastFourCharacters) {
     for (const Case& c : cases) EXPECT_STREQ(name(readerFor(c.path)), name(c.reader)) << c.path;
 }
 
-TEST(PictureDispatch, PcdAndKoalaStandInTheTableButCanNeverMatch) {
+TEST_F(PictureDispatch, PcdAndKoalaStandInTheTableButCanNeverMatch) {
     int dead = 0;
     for (const ReaderGroup& g : readerTable())
         for (const std::string& key : g.keys)
@@ -97,7 +100,7 @@ TEST(PictureDispatch, PcdAndKoalaStandInTheTableButCanNeverMatch) {
     EXPECT_EQ(pictureKey("a.b"), "a.b");
 }
 
-TEST(PictureDispatch, WritersAndTheDibOnlyAmpersandKey) {
+TEST_F(PictureDispatch, WritersAndTheDibOnlyAmpersandKey) {
     struct Case {
         const char* path;
         PictureWriter picture, dib;
@@ -119,7 +122,7 @@ TEST(PictureDispatch, WritersAndTheDibOnlyAmpersandKey) {
     }
 }
 
-TEST(PictureDispatch, ReductionsOfMoreThanTenTimesTakeTwoStages) {
+TEST_F(PictureDispatch, ReductionsOfMoreThanTenTimesTakeTwoStages) {
     EXPECT_TRUE(needsTwoStageReduction(1001, 800, 100, 100));
     EXPECT_TRUE(needsTwoStageReduction(800, 1001, 100, 100));
     EXPECT_FALSE(needsTwoStageReduction(1000, 1000, 100, 100));
@@ -275,6 +278,38 @@ TEST_F(PictureFiles, MultiPageReadLogsItsFailures) {
                        "[FreeImage_MultiPage_Load] Unable to determine the file type of the "
                        "specified multipage bitmap",
                    }));
+}
+
+std::uint32_t crc32(const std::string& bytes) {
+    std::uint32_t c = 0xFFFFFFFFu;
+    for (unsigned char b : bytes) {
+        c ^= b;
+        for (int k = 0; k < 8; ++k) c = (c >> 1) ^ (0xEDB88320u & (0u - (c & 1)));
+    }
+    return ~c;
+}
+
+TEST_F(PictureFiles, SizeBombsAreRefusedBeforeThePixelsAreAllocated) {
+    // PNG: a valid header promising 60000 x 60000 pixels, then nothing.
+    Bytes ihdr;
+    ihdr.text("IHDR").u32be(60000).u32be(60000).u8(8).u8(2).u8(0).u8(0).u8(0);
+    Bytes png;
+    png.u8(137).text("PNG").u8(13).u8(10).u8(26).u8(10).u32be(13).append(ihdr.str()).u32be(crc32(ihdr.str()));
+    png.u32be(0).text("IEND").u32be(crc32("IEND"));
+    writeBytes("bomb.png", png.str());
+    // BMP: 60000 x 60000 at 24 bits in 100 bytes.
+    Bytes bmp;
+    bmp.text("BM").u32(100).u32(0).u32(54).u32(40).u32(60000).u32(60000).u16(1).u16(24);
+    bmp.u32(0).u32(0).u32(0).u32(0).u32(0).u32(0).fill(46, 0);
+    writeBytes("bomb.bmp", bmp.str());
+    writeBytes("bomb.tif", png.str());  // the multi-page road, then the read by content
+    for (const char* file : {"bomb.png", "bomb.bmp", "bomb.tif"}) {
+        SCOPED_TRACE(file);
+        PictureHolder holder;
+        int w = 0, h = 0;
+        EXPECT_FALSE(Loadpicture(holder, path(file), w, h).ok);
+        EXPECT_FALSE(holder.picture);
+    }
 }
 
 TEST_F(PictureFiles, MetafilesBringTheirHintAndLoadNothing) {
