@@ -2,16 +2,39 @@
 
 #include <QFileInfo>
 #include <QImageReader>
+#include <cstring>
+
+#include "image/image_info.h"
+#include "image/picture_io.h"
 
 namespace brindle::editor {
 
+namespace {
+
+QImage toQImage(const cDIBSection& dib) {
+    QImage img(dib.Width(), dib.Height(), QImage::Format_BGR888);
+    const Surface s = dib.hdc();
+    for (int y = 0; y < dib.Height(); ++y) std::memcpy(img.scanLine(y), s.row(y), static_cast<std::size_t>(dib.Width()) * 3);
+    return img;
+}
+
+}  // namespace
+
 QImage loadDisplayPicture(const QString& path, QSize box, bool reduced) {
     if (path.isEmpty()) return {};
+    // Every picture comes in through the image core; reduced, a JPEG is
+    // decoded at a DCT scale near the box before it is stretched.
+    const std::string file = path.toStdString();
+    if (reduced && box.isValid() && !box.isEmpty()) {
+        PictureHolder holder;
+        int w = box.width(), h = box.height();
+        if (Loadpicture(holder, file, w, h) && holder.picture) return toQImage(*holder.picture.Handle());
+    }
+    PictureFile loaded = LoadPictureFile(file);
+    if (loaded.picture) return toQImage(*loaded.picture.Handle());
+    // Types the core does not read (metafiles, icons) still show on screen.
     QImageReader reader(path);
-    reader.setAutoTransform(false);  // the album shows files as they are stored
-    const QSize full = reader.size();
-    if (reduced && box.isValid() && full.isValid() && (full.width() > box.width() || full.height() > box.height()))
-        reader.setScaledSize(full.scaled(box, Qt::KeepAspectRatioByExpanding).boundedTo(full));
+    reader.setAutoTransform(false);
     return reader.read();
 }
 
@@ -29,6 +52,8 @@ QString displayPath(const std::string& stored, const std::string& albumDirectory
 }
 
 QSize pictureFileSize(const QString& path) {
+    CImageInfo info;
+    if (info.ReadImageInfo(path.toStdString())) return {info.Width, info.Height};
     QImageReader reader(path);
     return reader.size();
 }
