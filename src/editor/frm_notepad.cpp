@@ -39,6 +39,8 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
     scroll_->setWidget(canvas_);
     scroll_->viewport()->installEventFilter(this);  // the canvas fills the view whatever its size
     canvas_->insertModeActive = [this] { return !host_.insertMode().isEmpty(); };
+    canvas_->playModeActive = [this] { return host_.playMode(); };
+    canvas_->followLink = [this](const std::string& link) { host_.followLink(this, QString::fromStdString(link)); };
 
     auto* footer = new QWidget(this);
     footer->setObjectName("pageFooter");

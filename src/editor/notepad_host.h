@@ -22,6 +22,9 @@ public:
     // The active page's state for the toolbar and menus.
     virtual void pageStateChanged(FrmNotePad* pad) = 0;
     virtual Prompter& prompter() = 0;
+    // Play mode: a press on an element follows its link instead of selecting.
+    virtual bool playMode() const { return false; }
+    virtual void followLink(FrmNotePad* /*pad*/, const QString& /*link*/) {}
 };
 
 }  // namespace brindle::editor

@@ -8,6 +8,19 @@
 
 namespace brindle::editor {
 
+namespace {
+
+std::string hyperlinkOf(const PageRecord& page, const ElementRef& ref) {
+    switch (ref.kind) {
+        case Kind::Bild: return page.pictures[ref.index].hyperlink;
+        case Kind::Text: return page.texts[ref.index].hyperlink;
+        case Kind::Suchmaschine: return page.searchBoxes[ref.index].hyperlink;
+        default: return {};
+    }
+}
+
+}  // namespace
+
 PageCanvas::PageCanvas(PageDocument& document, QWidget* parent) : QWidget(parent), doc_(document) {
     setObjectName("PicWorkspace");
     setFocusPolicy(Qt::StrongFocus);
@@ -87,6 +100,15 @@ void PageCanvas::mousePressEvent(QMouseEvent* event) {
     const QPoint pos = event->position().toPoint();
     const Point p = pagePoint(pos);
     const bool shift = event->modifiers() & Qt::ShiftModifier;
+    if (playModeActive && playModeActive()) {
+        // Nothing is selected while playing; elements with a link follow it.
+        if (event->button() != Qt::LeftButton) return;
+        if (std::optional<ElementRef> ref = doc_.elementAt(p)) {
+            const std::string link = hyperlinkOf(doc_.page(), *ref);
+            if (!link.empty() && followLink) followLink(link);
+        }
+        return;
+    }
     if (event->button() == Qt::LeftButton) {
         if (int h = handleAt(pos); h >= 0) {
             doc_.pressHandle(h, p);

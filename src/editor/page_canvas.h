@@ -23,6 +23,8 @@ public:
     void setZoom(int zoom);
     // True while the main window's toolbar is in an insert mode.
     std::function<bool()> insertModeActive;
+    std::function<bool()> playModeActive;
+    std::function<void(const std::string& link)> followLink;
 
     // Control rebuilt: its picture is read again. False when a picture
     // element's file could not be read.

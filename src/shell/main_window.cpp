@@ -151,6 +151,7 @@ void MainWindow::buildActions() {
         insertGroup_->addAction(a);
     }
     action("tbZeiger")->setChecked(true);
+    makeAction("tbPlay", "play", QKeySequence("F9"))->setCheckable(true);
 }
 
 void MainWindow::buildMenus() {
@@ -210,7 +211,7 @@ void MainWindow::buildToolbars() {
                                  "tbBilder",    "-",               "mnuUndo",           "mnuRedo", "-",
                                  "mnuECut",     "mnuECopy",        "mnuEPaste",         "mnuEDelete", "-",
                                  "setleft",     "setcenterver",    "setright",          "settop", "setcenterhor",
-                                 "setdown",     "setaufthor",      "setauftver",        "-", "mnuHTMLAlbum"};
+                                 "setdown",     "setaufthor",      "setauftver",        "-", "tbPlay", "mnuHTMLAlbum"};
     for (const char* n : items) {
         if (std::string(n) == "-") mainBar_->addSeparator();
         else mainBar_->addAction(action(n));

@@ -65,6 +65,8 @@ public:
     editor::FrmNotePad* activeNotePad() const override;
     void pageStateChanged(editor::FrmNotePad* pad) override;
     Prompter& prompter() override { return prompter_; }
+    bool playMode() const override;
+    void followLink(editor::FrmNotePad* pad, const QString& link) override;
     std::vector<editor::FrmNotePad*> notePads() const;
 
     // The HTML album run: generate (or mail) after saving, then offer the browser.

@@ -2,6 +2,8 @@
 #include <QActionGroup>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDesktopServices>
+#include <QUrl>
 #include <QDir>
 #include <QDockWidget>
 #include <QFile>
@@ -127,6 +129,30 @@ void MainWindow::rebuildRecentMenu(const std::vector<std::string>& shown) {
         });
     }
     m->setEnabled(!shown.empty());
+}
+
+bool MainWindow::playMode() const { return action("tbPlay")->isChecked(); }
+
+// Links of the play mode lead where they lead in the HTML album: to the
+// next, previous or contents page, to a page by its name, or outside.
+void MainWindow::followLink(editor::FrmNotePad* pad, const QString& link) {
+    AlbumRecord& a = session_->album();
+    const int here = session_->entryOfSlot(pad ? pad->tag() : 0);
+    const int count = std::min<int>(a.pageCount, a.pages.upper());
+    int target = 0;
+    if (link == "<vor>" && count > 0) target = here >= count ? 1 : here + 1;
+    else if (link == QString::fromUtf8("<zurück>") && count > 0) target = here <= 1 ? count : here - 1;
+    for (int i = 1; i <= count && target == 0; ++i) {
+        const QString title = QString::fromStdString(a.pages[i].title);
+        if ((link == "<inhalt>" && (title == "Inhalt" || title == "AlbumDirectory")) || link == title + ".htm")
+            target = i;
+    }
+    if (target > 0) {
+        session_->SeiteOeffnen(target, "", false);
+        return;
+    }
+    if (link.startsWith('<')) return;  // a special target the album does not have
+    QDesktopServices::openUrl(QUrl::fromUserInput(link));
 }
 
 }  // namespace brindle::shell

@@ -87,6 +87,7 @@ const Caption kActions[] = {
     {"tbPanorama", "Panorama", "Panorama"},
     {"tbSuchmaschine", "Suchmaschine", "Search box"},
     {"tbBilder", "Bilder", "Pictures"},
+    {"tbPlay", "Vorschau", "Play"},
     {"tbBold", "Fett", "Bold"},
     {"tbItalic", "Kursiv", "Italic"},
     {"tbUnderline", "Unterstrichen", "Underline"},
@@ -100,6 +101,7 @@ const Caption kTips[] = {
     {"tbPanorama", "Panorama einfügen: Rahmen aufziehen", "Insert a panorama: draw its box"},
     {"tbSuchmaschine", "Suchmaschine einfügen: Rahmen aufziehen", "Insert a search box: draw its box"},
     {"tbBilder", "Mehrere Bilder einfügen", "Insert several pictures"},
+    {"tbPlay", "Vorschau: ein Klick folgt den Links der Elemente", "Play: a click follows the elements' links"},
 };
 
 QString plain(const char* text) { return QString(text).remove('&'); }

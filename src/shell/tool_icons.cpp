@@ -237,6 +237,16 @@ const std::map<QString, Draw>& drawings() {
         {"alignBottom", [](QPainter& p) { align(p, 20, true); }},
         {"distributeH", [](QPainter& p) { distribute(p, false); }},
         {"distributeV", [](QPainter& p) { distribute(p, true); }},
+        {"play", [](QPainter& p) {
+             QPainterPath a;
+             a.moveTo(7, 4);
+             a.lineTo(19, 12);
+             a.lineTo(7, 20);
+             a.closeSubpath();
+             p.setPen(ink(1.4));
+             p.setBrush(accent(1).color());
+             p.drawPath(a);
+         }},
         {"html", [](QPainter& p) {
              p.setPen(ink());
              p.setBrush(kSoft);

@@ -289,6 +289,21 @@ private slots:
         QCOMPARE(window_->insertMode(), QString());
     }
 
+    void playModeFollowsLinksInsteadOfSelecting() {
+        start({albumPath()});
+        pad()->document().page().pictures[1].hyperlink = "<vor>";
+        trigger("tbPlay");
+        QVERIFY(window_->playMode());
+        QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(600, 400));  // empty canvas: nothing happens
+        QCOMPARE(pad()->caption(), QString("Seite A"));
+        FrmNotePad* first = pad();
+        QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(100, 100));  // the linked picture
+        QCOMPARE(pad()->caption(), QString("Seite B"));
+        QVERIFY(first->document().auswahl().empty());
+        trigger("tbPlay");
+        QVERIFY(!window_->playMode());
+    }
+
     void zoomFiftyHalvesTheCanvas() {
         start({albumPath()});
         window_->action("mnuZoom")->trigger();
