@@ -16,11 +16,6 @@ void setError(std::string* error, const std::string& text) {
     if (error) *error = text;
 }
 
-std::string temporaryBeside(const std::string& path) {
-    static std::atomic<unsigned> counter{0};
-    return path + ".~" + std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".tmp";
-}
-
 }  // namespace
 
 FileStamp readFileStamp(const std::string& path) {
@@ -44,32 +39,9 @@ bool applyFileStamp(const std::string& path, const FileStamp& stamp) {
 
 bool writeBytesAtomic(const std::string& path, const void* data, std::size_t size,
                       std::string* error) {
-    const std::string tmp = temporaryBeside(path);
-    const int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-    if (fd < 0) {
-        setError(error, std::strerror(errno));
-        return false;
-    }
-    const char* p = static_cast<const char*>(data);
-    std::size_t left = size;
-    while (left > 0) {
-        const ssize_t n = ::write(fd, p, left);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) {
-            setError(error, std::strerror(errno));
-            ::close(fd);
-            ::unlink(tmp.c_str());
-            return false;
-        }
-        p += n;
-        left -= static_cast<std::size_t>(n);
-    }
-    if (::close(fd) != 0 || ::rename(tmp.c_str(), path.c_str()) != 0) {
-        setError(error, std::strerror(errno));
-        ::unlink(tmp.c_str());
-        return false;
-    }
-    return true;
+    const IoResult r = writeFileAtomic(path, data, size);
+    if (!r.ok) setError(error, r.error);
+    return r.ok;
 }
 
 bool readPictureBytes(const std::string& path, std::string& bytes, std::string* error) {
