@@ -154,8 +154,8 @@ private slots:
 
     void openAlbumShowsTheFirstPage() {
         shell::MainWindow& w = start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         QCOMPARE(w.windowTitle(), QString("Brindlesee [Testalbum]"));
-        QVERIFY(pad());
         QCOMPARE(pad()->caption(), QString("Seite A"));
         QCOMPARE(int(pad()->document().controls().size()), 2);
         QTreeWidgetItem* album = w.explorer()->node("AlbumZu");
@@ -171,6 +171,7 @@ private slots:
 
     void rubberBandSelectsAndEmptyClickClears() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         drag(at(20, 40), at(320, 70));
         const auto& sel = pad()->document().auswahl();
         QCOMPARE(int(sel.size()), 2);
@@ -185,6 +186,7 @@ private slots:
 
     void dragPictureThenUndoAndRedo() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         drag(at(100, 100), at(140, 130));
         QCOMPARE(recordBox({Kind::Bild, 1}), (Box{80, 90, 200, 100}));
         QVERIFY(window_->action("mnuUndo")->isEnabled());
@@ -198,6 +200,7 @@ private slots:
 
     void handleDragResizesAndKeysMove() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(400, 70));  // the text
         const QRect right = canvas()->handleRect(3);
         QVERIFY(!right.isEmpty());
@@ -212,6 +215,7 @@ private slots:
 
     void pasteOntoAnotherPageAndSaveAndReopen() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(100, 100));
         trigger("mnuECopy");
         FrmNotePad* first = pad();
@@ -238,6 +242,7 @@ private slots:
         delete window_;
         window_ = nullptr;
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         window_->explorer()->activateNode(window_->explorer()->node("Seite2"));
         QCOMPARE(pad()->caption(), QString("Seite B"));
         QVERIFY(pad()->document().page().pictures == expected.pictures);
@@ -247,6 +252,7 @@ private slots:
 
     void drawingATextAsksForItsWords() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         window_->setInsertMode("Text");
         prompter_->inputs.push_back("Neuer Text");
         drag(at(40, 300), at(240, 340));
@@ -262,6 +268,7 @@ private slots:
 
     void drawingAPictureAsksForItsFile() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         window_->setInsertMode("Bild");
         prompter_->files.push_back(home_ + "Album/see.png");
         drag(at(300, 200), at(500, 400));
@@ -273,6 +280,7 @@ private slots:
 
     void drawingWithBilderPlacesEveryChosenPictureInRows() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         drawPicture(QString::fromStdString(home_ + "Album/abend.png"), QColor(0xD9, 0x6A, 0x4A));
         window_->session().album().insertInRows = kTrue;
         window_->session().album().insertRows = 5;
@@ -291,6 +299,7 @@ private slots:
 
     void playModeFollowsLinksInsteadOfSelecting() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         pad()->document().page().pictures[1].hyperlink = "<vor>";
         trigger("tbPlay");
         QVERIFY(window_->playMode());
@@ -306,6 +315,7 @@ private slots:
 
     void zoomFiftyHalvesTheCanvas() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         window_->action("mnuZoom")->trigger();
         QCOMPARE(canvas()->zoom(), 50);
         QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(50, 50));  // page point (100, 100): the picture
@@ -317,6 +327,7 @@ private slots:
 
     void closingAChangedNewPageAsksAndNoTakesItOut() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         trigger("mnuNeueSeite");
         QCOMPARE(pad()->caption(), QString("Seite1"));
         prompter_->inputs.push_back("Etwas");
@@ -334,6 +345,7 @@ private slots:
 
     void templatePageClosesWithoutQuestionsAndKeepsItsContents() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         window_->explorer()->activateNode(window_->explorer()->node("Seitenvorlage"));
         QCOMPARE(pad()->caption(), QString("Seitenvorlage"));
         window_->setInsertMode("Panorama");
@@ -345,6 +357,7 @@ private slots:
 
     void languageSwitchChangesEveryCaption() {
         shell::MainWindow& w = start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         trigger("mnuEnglisch");
         QCOMPARE(w.menuBar()->actions().first()->text(), QString("&File"));
         QCOMPARE(w.action("mnuHTMLAlbum")->text(), QString("Generate &HTML album"));
@@ -356,6 +369,7 @@ private slots:
 
     void draggingAPageInTheExplorerReordersTheAlbum() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         window_->explorer()->movePage(2, 1);
         const AlbumRecord& a = window_->session().album();
         QCOMPARE(a.pages[1].title, std::string("Seite B"));
@@ -366,6 +380,7 @@ private slots:
 
     void htmlAlbumRunsOffTheGuiThreadAndOffersTheBrowser() {
         start({albumPath()});
+        QVERIFY(pad());  // every later line works on the open page
         drag(at(100, 100), at(120, 100));  // page A changed: saved first
         const std::string out = home_ + "html/";
         QDir().mkpath(QString::fromStdString(out));
@@ -396,19 +411,26 @@ private slots:
             QVERIFY2(help.contains(form), form);
     }
 
-    // Not a check: under Xvfb with BRINDLESEE_SCREENSHOTS set to a folder,
-    // pictures of the main window in both languages go there.
+    // A tool, not a check, and therefore not registered with CTest: under
+    // Xvfb with BRINDLESEE_SCREENSHOTS set to a folder, pictures of the main
+    // window in both languages go there.
     void screenshots() {
         const QByteArray out = qgetenv("BRINDLESEE_SCREENSHOTS");
         if (out.isEmpty()) QSKIP("BRINDLESEE_SCREENSHOTS not set");
         const QByteArray album = qgetenv("BRINDLESEE_SCREENSHOT_ALBUM");
         std::vector<std::string> args{album.isEmpty() ? albumPath() : album.toStdString()};
         shell::MainWindow& w = start(args);
+        QVERIFY(pad());  // every later line works on the open page
         w.resize(1360, 860);
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
         const QByteArray page = qgetenv("BRINDLESEE_SCREENSHOT_PAGE");
-        if (!page.isEmpty()) w.explorer()->activateNode(w.explorer()->node("Seite" + QString(page)));
+        if (!page.isEmpty()) {
+            QTreeWidgetItem* node = w.explorer()->node("Seite" + QString(page));
+            QVERIFY2(node, "no such page in the album");
+            w.explorer()->activateNode(node);
+            QVERIFY(pad());
+        }
         QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(160, 200));
         QTest::qWait(300);
         w.grab().save(QString(out) + "/main-window-de.png");
