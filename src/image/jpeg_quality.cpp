@@ -5,8 +5,6 @@
 #include <array>
 #include <climits>
 #include <cstdlib>
-#include <memory>
-#include <string>
 
 #include "image/jpeg_markers.h"
 
