@@ -1,6 +1,9 @@
 // Camera pictures show upright: the EXIF orientation is honoured by every
 // JPEG load, by the header sizes, and re-encoded photos keep their EXIF.
 #include <gtest/gtest.h>
+#include <turbojpeg.h>
+
+#include <vector>
 
 #include "exif_test_files.h"
 #include "image/exif_orientation.h"
@@ -79,6 +82,31 @@ TEST_F(ExifOrientation, BigEndianBlocksAndBlocksWithoutTheTagAreRead) {
     writeBytes("none.jpg", jpegWithExif(plain_, exifTiff(spec)));
     ASSERT_TRUE(LoadJPG(dib, path("none.jpg")));
     EXPECT_TRUE(sameImage(stored_, dib));
+}
+
+TEST_F(ExifOrientation, JpegsTheFastDecoderRefusesStandUprightToo) {
+    // A CMYK JPEG, left half cyan and right half yellow: the platform loader reads it.
+    std::vector<unsigned char> cmyk(16 * 8 * 4, 0);
+    for (std::size_t i = 0; i < cmyk.size(); i += 4) {
+        cmyk[i + ((i / 4) % 16 < 8 ? 0 : 2)] = 255;
+        cmyk[i + 3] = 255;  // stored inverted, as Adobe writes it: no black
+    }
+    tjhandle h = tjInitCompress();
+    unsigned char* out = nullptr;
+    unsigned long size = 0;
+    ASSERT_EQ(tjCompress2(h, cmyk.data(), 16, 64, 8, TJPF_CMYK, &out, &size, TJSAMP_444, 95, 0), 0);
+    writeBytes("cmyk.jpg", std::string(reinterpret_cast<char*>(out), size));
+    tjFree(out);
+    tjDestroy(h);
+    ExifSpec spec;
+    spec.orientation = 6;
+    writeBytes("cmyk6.jpg", jpegWithExif(readBytes("cmyk.jpg"), exifTiff(spec)));
+    const PictureFile plain = LoadPictureFile(path("cmyk.jpg"));
+    const PictureFile turned = LoadPictureFile(path("cmyk6.jpg"));
+    ASSERT_TRUE(plain.picture);
+    ASSERT_TRUE(turned.picture);
+    EXPECT_FALSE(pixelAt(*plain.picture.Handle(), 0, 0) == pixelAt(*plain.picture.Handle(), 15, 0));
+    EXPECT_TRUE(sameImage(shownByHand(*plain.picture.Handle(), 6), *turned.picture.Handle()));
 }
 
 TEST_F(ExifOrientation, BrokenBlocksReadAsUprightAndNeverFailTheLoad) {
