@@ -62,11 +62,17 @@ std::string exifForUpright(std::string_view tiff, int width, int height) {
         setIfPresent(data, "Exif.Photo.PixelXDimension", width);
         setIfPresent(data, "Exif.Photo.PixelYDimension", height);
         Exiv2::ExifThumb(data).erase();
+        // exiv2 patches the block in place when it can, so it gets a copy.
+        std::string patched(tiff);
         Exiv2::Blob blob;
-        Exiv2::ExifParser::encode(blob, reinterpret_cast<const Exiv2::byte*>(tiff.data()),
-                                  static_cast<std::uint32_t>(tiff.size()), order, data);
-        if (blob.empty() || blob.size() + 6 > kMaxSegmentPayload) return {};
-        return std::string(reinterpret_cast<const char*>(blob.data()), blob.size());
+        const Exiv2::WriteMethod method = Exiv2::ExifParser::encode(
+            blob, reinterpret_cast<const Exiv2::byte*>(patched.data()),
+            static_cast<std::uint32_t>(patched.size()), order, data);
+        std::string out = method == Exiv2::wmNonIntrusive
+                              ? std::move(patched)
+                              : std::string(reinterpret_cast<const char*>(blob.data()), blob.size());
+        if (out.empty() || out.size() + 6 > kMaxSegmentPayload) return {};
+        return out;
     } catch (...) {
         return {};
     }

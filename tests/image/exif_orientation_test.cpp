@@ -172,7 +172,16 @@ TEST_F(ExifOrientation, ReEncodedPhotosKeepTheirExifStandingUpright) {
     ASSERT_TRUE(Loadpicture(holder, path("camera.jpg"), w, h).ok);
     ASSERT_TRUE(SavePictureFile(holder.picture, path("small.jpg"), 90).ok);
 
-    for (const char* name : {"saved.jpg", "edited.jpg", "ijl.jpg", "small.jpg"}) {
+    // The photo in memory still tells how its file stood.
+    EXPECT_EQ(exifOrientation(loaded.picture.Handle()->exif()), 6);
+    // Without a thumbnail exiv2 can patch the block in place.
+    spec.thumbnail.clear();
+    writeBytes("nothumb.jpg", jpegWithExif(plain_, exifTiff(spec)));
+    const PictureFile noThumb = LoadPictureFile(path("nothumb.jpg"));
+    ASSERT_TRUE(noThumb.picture);
+    ASSERT_TRUE(SavePictureFile(noThumb.picture, path("nothumb-saved.jpg"), 95).ok);
+
+    for (const char* name : {"saved.jpg", "edited.jpg", "ijl.jpg", "small.jpg", "nothumb-saved.jpg"}) {
         SCOPED_TRACE(name);
         const ExifSeen seen = exifSeenByExiv2(path(name));
         EXPECT_TRUE(seen.hasExif);

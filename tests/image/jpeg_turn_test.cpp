@@ -156,7 +156,7 @@ TEST_F(JpegTurn, PhotosWithAnOrientationTurnAsShownAndComeOutUpright) {
             SCOPED_TRACE(testing::Message() << size.w << "x" << size.h << " orientation " << o);
             ExifSpec spec;
             spec.orientation = o;
-            spec.thumbnail = readBytes("thumb.jpg");
+            if (o % 2) spec.thumbnail = readBytes("thumb.jpg");  // with and without
             spec.pixelWidth = size.w;
             spec.pixelHeight = size.h;
             writeBytes("photo.jpg", jpegWithExif(plain, exifTiff(spec)));
