@@ -38,7 +38,10 @@ int Picture::Height() const { return dib_ ? dib_->Height() : 0; }
 // --- the section --------------------------------------------------------------
 
 cDIBSection::cDIBSection(cDIBSection&& other) noexcept
-    : header_(other.header_), bits_(std::move(other.bits_)), progress_(other.progress_) {
+    : header_(other.header_),
+      bits_(std::move(other.bits_)),
+      progress_(other.progress_),
+      exif_(std::move(other.exif_)) {
     other.ClearUp();
 }
 
@@ -47,6 +50,7 @@ cDIBSection& cDIBSection::operator=(cDIBSection&& other) noexcept {
         header_ = other.header_;
         bits_ = std::move(other.bits_);
         progress_ = other.progress_;
+        exif_ = std::move(other.exif_);
         other.ClearUp();
     }
     return *this;
@@ -90,6 +94,15 @@ Surface cDIBSection::hdc() const {
             BytesPerScanLine()};
 }
 
+const std::string& cDIBSection::exif() const {
+    static const std::string none;
+    return exif_ ? *exif_ : none;
+}
+
+void cDIBSection::setExif(std::string block) {
+    exif_ = block.empty() ? nullptr : std::make_shared<const std::string>(std::move(block));
+}
+
 void cDIBSection::takeFrom(cDIBSection& other) {
     header_ = other.header_;
     bits_ = std::move(other.bits_);
@@ -106,6 +119,7 @@ bool cDIBSection::PictureFromHandle(const cDIBSection* handle) {
     if (!handle || handle->empty()) return false;
     if (handle == this) return true;
     if (!Create(handle->Width(), handle->Height())) return false;
+    exif_ = handle->exif_;
     return LoadPictureBlt(handle->hdc(), 0, 0, -1, -1, SRCCOPY);
 }
 

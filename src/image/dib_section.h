@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -73,6 +74,14 @@ class cDIBSection {
     std::uint8_t* DIBSectionBitsPtr() { return empty() ? nullptr : bits_.data(); }
     const std::uint8_t* DIBSectionBitsPtr() const { return empty() ? nullptr : bits_.data(); }
     const BitmapInfoHeader& header() const { return header_; }
+    // The EXIF block (TIFF bytes) of the JPEG this picture was read from,
+    // empty for any other. The pixels are always upright, so a writer that
+    // keeps the block sets its orientation to 1. The block belongs to the
+    // photo, not to the pixels: Create and ClearUp leave it alone.
+    const std::string& exif() const;
+    void setExif(std::string block);
+    void setExif(std::shared_ptr<const std::string> block) { exif_ = std::move(block); }
+    const std::shared_ptr<const std::string>& sharedExif() const { return exif_; }
     std::uint8_t* rowBits(int bufferRow) {
         return bits_.data() + static_cast<std::size_t>(bufferRow) * stride();
     }
@@ -179,6 +188,7 @@ class cDIBSection {
     BitmapInfoHeader header_;
     std::vector<std::uint8_t> bits_;
     mutable ProgressWord progress_;
+    std::shared_ptr<const std::string> exif_;
 };
 
 }  // namespace brindle

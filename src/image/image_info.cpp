@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <fstream>
+#include <utility>
 #include <vector>
 
+#include "image/exif_orientation.h"
 #include "image/image_info_format.h"
 
 namespace brindle {
@@ -40,7 +42,7 @@ bool CImageInfo::ReadImageInfoFromBytes(std::string_view bytes) {
     else if (startsWith(b, {'G', 'I', 'F'}))
         ok = readGif(b);
     else if (startsWith(b, {255, 216, 255}))
-        ok = readJpeg(b);
+        ok = readJpeg(b) && uprightJpegSize(b);
     else if (startsWith(b, {'B', 'M'}))
         ok = readBmp(b);
     if (!ok) *this = CImageInfo{};
@@ -81,6 +83,11 @@ bool CImageInfo::readGif(std::string_view b) {
     Width = join(at(b, 6), at(b, 7));
     Height = join(at(b, 8), at(b, 9));
     Depth = (at(b, 10) & 7) + 1;
+    return true;
+}
+
+bool CImageInfo::uprightJpegSize(std::string_view b) {
+    if (orientationSwapsSides(jpegOrientation(b))) std::swap(Width, Height);
     return true;
 }
 

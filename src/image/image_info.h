@@ -22,7 +22,8 @@ class CImageInfo {
     int Depth = 0;  // bits per pixel
     int ImageType = kImageUnknown;
 
-    // Reads the start of `path`. An unknown, short or missing file leaves
+    // Reads the start of `path`. Sizes are those of the picture as shown
+    // (a JPEG turned by its EXIF orientation). An unknown, short or missing file leaves
     // every member 0; the result says whether a type was recognised.
     bool ReadImageInfo(const std::string& path);
     bool ReadImageInfoFromBytes(std::string_view bytes);
@@ -33,6 +34,8 @@ class CImageInfo {
     bool readPng(std::string_view b);
     bool readGif(std::string_view b);
     bool readJpeg(std::string_view b);
+    // A JPEG whose EXIF orientation stands it on its side swaps the sizes.
+    bool uprightJpegSize(std::string_view b);
     bool readBmp(std::string_view b);
 };
 

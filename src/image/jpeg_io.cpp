@@ -5,8 +5,11 @@
 #include <memory>
 
 #include "album/paths.h"
+#include "image/exif_orientation.h"
 #include "image/file_stamp.h"
 #include "image/freeimage_io.h"
+#include "image/jpeg_markers.h"
+#include "image/picture_turn.h"
 
 namespace brindle {
 namespace {
@@ -79,6 +82,10 @@ bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth, int w
         return setError(error, tjGetErrorStr2(h.get())), false;
     if (!plausibleSize(width, height, bytes.size()))
         return setError(error, "implausible picture size"), false;
+    // The wanted size is upright; a picture on its side is decoded first.
+    const std::string_view exif = findExifTiff(bytes);
+    const int orientation = exifOrientation(exif);
+    if (orientationSwapsSides(orientation)) std::swap(wantWidth, wantHeight);
     const JpegScale scale = chooseJpegScale(width, height, wantWidth, wantHeight);
     const int w = scale.scaled(width), hgt = scale.scaled(height);
     if (!dib.Create(w, hgt)) return setError(error, "out of memory"), false;
@@ -89,6 +96,16 @@ bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth, int w
         setError(error, tjGetErrorStr2(h.get()));
         dib.ClearUp();
         return false;
+    }
+    dib.setExif(std::string(exif));
+    if (orientation != kOrientationUpright) {
+        cDIBSection upright = turnedPicture(dib, turnForOrientation(orientation));
+        if (upright.empty()) {
+            setError(error, "out of memory");
+            dib.ClearUp();
+            return false;
+        }
+        dib = std::move(upright);
     }
     return true;
 }
@@ -102,7 +119,8 @@ bool LoadJPG(cDIBSection& dib, const std::string& path, std::string* error, int 
     return decodeJpeg(bytes, dib, wantWidth, wantHeight, error);
 }
 
-bool encodeJpeg(const cDIBSection& dib, int quality, std::string& out, std::string* error) {
+bool encodeJpeg(const cDIBSection& dib, int quality, std::string& out, std::string* error,
+                int subsampling) {
     if (dib.empty()) return setError(error, "no picture"), false;
     TjHandle h(tjInitCompress());
     if (!h) return setError(error, "no JPEG encoder"), false;
@@ -111,10 +129,13 @@ bool encodeJpeg(const cDIBSection& dib, int quality, std::string& out, std::stri
     unsigned long size = 0;
     const int rc = tjCompress2(h.get(), dib.DIBSectionBitsPtr(), dib.Width(),
                                dib.BytesPerScanLine(), dib.Height(), TJPF_BGR, &buffer, &size,
-                               TJSAMP_420, q < 1 ? 1 : q, TJFLAG_BOTTOMUP);
+                               subsampling, q < 1 ? 1 : q, TJFLAG_BOTTOMUP);
     TjBuffer owned(buffer);
     if (rc != 0) return setError(error, tjGetErrorStr2(h.get())), false;
     out.assign(reinterpret_cast<const char*>(buffer), size);
+    // A photo keeps its EXIF, now saying it stands upright.
+    if (!dib.exif().empty())
+        out = replaceExifBlock(out, exifForUpright(dib.exif(), dib.Width(), dib.Height()));
     return true;
 }
 
@@ -165,62 +186,6 @@ ImageStatus SavePictureAsJPG(const Picture& picture, const std::string& path, in
         return ImageStatus::failure();
     }
     return ImageStatus::success();
-}
-
-namespace {
-
-bool transformOp(int transformation, int& op) {
-    switch (transformation) {
-        case kJpegRotate90:
-            op = TJXOP_ROT90;
-            return true;
-        case kJpegRotate180:
-            op = TJXOP_ROT180;
-            return true;
-        case kJpegRotate270:
-            op = TJXOP_ROT270;
-            return true;
-        case kJpegFlipHorizontal:
-            op = TJXOP_HFLIP;
-            return true;
-        case kJpegFlipVertical:
-            op = TJXOP_VFLIP;
-            return true;
-        default:
-            return false;
-    }
-}
-
-}  // namespace
-
-bool SaveAsRotatedJpgLossless(const std::string& source, const std::string& target,
-                              int transformation, std::string* error) {
-    tjtransform xf{};
-    if (!transformOp(transformation, xf.op))
-        return setError(error, "unknown transformation"), false;
-    std::string bytes;
-    if (!readPictureBytes(source, bytes, error)) return false;
-    TjHandle h(tjInitTransform());
-    if (!h) return setError(error, "no JPEG transformer"), false;
-    unsigned char* out = nullptr;
-    unsigned long outSize = 0;
-    // Whole blocks turn perfectly; otherwise the partial edge blocks go.
-    xf.options = TJXOPT_PERFECT;
-    int rc = tjTransform(h.get(), jpegBytes(bytes), bytes.size(), 1, &out, &outSize, &xf, 0);
-    if (rc != 0) {
-        tjFree(out);
-        out = nullptr;
-        outSize = 0;
-        xf.options = TJXOPT_TRIM;
-        rc = tjTransform(h.get(), jpegBytes(bytes), bytes.size(), 1, &out, &outSize, &xf, 0);
-    }
-    TjBuffer owned(out);
-    if (rc != 0) return setError(error, tjGetErrorStr2(h.get())), false;
-    FileStamp stamp = readFileStamp(target);
-    if (!stamp.exists) stamp = readFileStamp(source);
-    if (!writeBytesAtomic(target, out, outSize, error)) return false;
-    applyFileStamp(target, stamp);
-    return true;
 }
 
 }  // namespace brindle

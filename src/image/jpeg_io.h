@@ -38,19 +38,27 @@ JpegScale chooseJpegScale(int width, int height, int wantWidth, int wantHeight);
 // cannot read as a JPEG.
 bool readJpegSize(const std::string& bytes, int& width, int& height, std::string* error = nullptr);
 
-// Decodes `bytes` into `dib`. With wantWidth x wantHeight above 0, decodes
-// at the scale chooseJpegScale picks. On failure `error` gets the reason.
+// Decodes `bytes` into `dib`, upright by the EXIF orientation, with the
+// EXIF block kept on `dib`. With wantWidth x wantHeight above 0 (upright),
+// decodes at the scale chooseJpegScale picks. On failure `error` gets the
+// reason.
 bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth = 0, int wantHeight = 0,
                 std::string* error = nullptr);
+
+// Turns `dib`, read from the JPEG `path` by another reader, upright by the
+// file's EXIF orientation and keeps the EXIF block on it. (jpeg_turn.cpp)
+void applyJpegOrientation(const std::string& path, cDIBSection& dib);
 
 // Only for paths ending in "jpg" or "jpeg" (any case).
 bool LoadJPG(cDIBSection& dib, const std::string& path, std::string* error = nullptr,
              int wantWidth = 0, int wantHeight = 0);
 
 // Encodes at `quality` (limited to 0..100; 0 and 1 are the same to the
-// encoder) with 4:2:0 chroma; false when the encoder refused.
+// encoder) with the chroma subsampling given as a TurboJPEG TJSAMP value
+// (2 is 4:2:0); false when the encoder refused. The EXIF block of `dib`
+// goes along with its orientation set to 1.
 bool encodeJpeg(const cDIBSection& dib, int quality, std::string& out,
-                std::string* error = nullptr);
+                std::string* error = nullptr, int subsampling = 2);
 
 // Writes `dib` to `path`. A file that stood there keeps its modification
 // time and permissions.
@@ -65,13 +73,16 @@ bool hasEncoderFor(const std::string& mimeType);
 ImageStatus SavePictureAsJPG(const Picture& picture, const std::string& path, int quality,
                              const ImageEnv& env = {});
 
-// Turns or flips `source` without re-encoding and writes `target` (which
-// may be the same file); the target keeps the time of the file it replaces
-// (or of the source when new). When a side is not a whole number of blocks,
-// the partial blocks at the far edge are dropped as they cannot be moved.
 // Reads any picture file FreeImage knows, by its content.
 Picture LoadPicturePlus(const std::string& path, const ImageEnv& env = {});
 
+// Turns or flips `source` as it is shown (upright by its EXIF orientation)
+// and writes `target` (which may be the same file) with orientation 1.
+// Whole blocks move without re-encoding; when partial edge blocks stand in
+// the way, the picture is decoded, turned and encoded at the file's own
+// quality and subsampling, so nothing is cut off. The target keeps the
+// time and mode of the file it replaces (or of the source when new).
+// (jpeg_turn.cpp)
 bool SaveAsRotatedJpgLossless(const std::string& source, const std::string& target,
                               int transformation, std::string* error = nullptr);
 

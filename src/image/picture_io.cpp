@@ -37,7 +37,10 @@ bool readJpegGroup(const std::string& path, int wantW, int wantH, const ImageEnv
     if (LoadJPG(out.dib, path, &jpegError, wantW, wantH)) return true;
     // The platform loader is more forgiving (colour spaces the fast decoder
     // will not convert); only when it fails too does the user hear of it.
-    if (platformRead(path, PlatformFormat::Jpeg, out.dib, env, &platformError)) return true;
+    if (platformRead(path, PlatformFormat::Jpeg, out.dib, env, &platformError)) {
+        applyJpegOrientation(path, out.dib);
+        return true;
+    }
     out.message =
         jpegFailure(path, platformError.empty() ? jpegError : platformError, env.language);
     return false;
@@ -120,6 +123,14 @@ Picture scaleSection(cDIBSection& dib, int w, int h) {
     if (!sized.Create(w, h)) return {};
     dib.StretchPicture(sized.hdc(), 0, 0, w, h, 0, 0, dib.Width(), dib.Height());
     return Picture::fromDib(std::move(sized));
+}
+
+// A reduced photo keeps the EXIF block of the file it came from.
+Picture withExifOf(const cDIBSection& source, Picture picture) {
+    if (source.exif().empty() || !picture) return picture;
+    cDIBSection dib = *picture.Handle();
+    dib.setExif(source.sharedExif());
+    return Picture::fromDib(std::move(dib));
 }
 
 void drawInto(const cDIBSection& dib, PictureHolder& holder, int w, int h) {
@@ -218,7 +229,7 @@ ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& wid
     switch (d.via) {
         case PictureReader::Jpeg:
             scaleJpeg(d.dib, holder, width, height);
-            holder.picture = holder.Image();
+            holder.picture = withExifOf(d.dib, holder.Image());
             break;
         case PictureReader::Tga:
         case PictureReader::Pcx:
