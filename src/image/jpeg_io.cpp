@@ -7,6 +7,7 @@
 #include "album/paths.h"
 #include "image/file_stamp.h"
 #include "image/freeimage_io.h"
+#include "image/picture_limits.h"
 
 namespace brindle {
 namespace {
@@ -29,14 +30,6 @@ void setError(std::string* error, const std::string& text) {
 
 const unsigned char* jpegBytes(const std::string& bytes) {
     return reinterpret_cast<const unsigned char*>(bytes.data());
-}
-
-// A JPEG cannot code a picture in much less than this many bytes per
-// pixel; a header promising more pixels than that is not believed.
-bool plausibleSize(long long width, long long height, std::size_t fileBytes) {
-    const long long pixels = width * height;
-    return width > 0 && height > 0 && pixels <= (1LL << 28) &&
-           pixels <= static_cast<long long>(fileBytes) * 4096;
 }
 
 int clampQuality(int q) { return q < 0 ? 0 : (q > 100 ? 100 : q); }
@@ -77,8 +70,9 @@ bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth, int w
     if (tjDecompressHeader3(h.get(), jpegBytes(bytes), bytes.size(), &width, &height, &subsamp,
                             &colourspace) != 0)
         return setError(error, tjGetErrorStr2(h.get())), false;
-    if (!plausibleSize(width, height, bytes.size()))
-        return setError(error, "implausible picture size"), false;
+    std::string why;
+    if (!plausiblePictureSize(width, height, bytes.size(), 24, &why))
+        return setError(error, why), false;
     const JpegScale scale = chooseJpegScale(width, height, wantWidth, wantHeight);
     const int w = scale.scaled(width), hgt = scale.scaled(height);
     if (!dib.Create(w, hgt)) return setError(error, "out of memory"), false;
