@@ -2,7 +2,6 @@
 
 #include <FreeImage.h>
 #include <dlfcn.h>
-#include <sys/stat.h>
 
 #include <cstdarg>
 #include <cstdio>
