@@ -1,6 +1,7 @@
 // Makes 160-pixel-wide thumbnails of JPEG files the way the picture
 // explorer does: the size from the file's header, then the load-reduced
-// path of Loadpicture (DCT-scaled decoding and the stretch), then a JPEG.
+// path of Loadpicture (DCT-scaled decoding and the averaging reduction),
+// then a JPEG.
 // Usage: bench_thumbnails OUTDIR WIDTH FILE...   Prints the seconds taken.
 #include <chrono>
 #include <cstdio>

@@ -8,9 +8,11 @@
 #include "album/paths.h"
 #include "html/html_text.h"
 #include "image/dib_section.h"
+#include "image/file_stamp.h"
 #include "image/image_info.h"
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
+#include "image/reduce.h"
 
 namespace brindle::html {
 
@@ -33,21 +35,23 @@ bool loadSource(const std::string& path, int wantW, int wantH, cDIBSection& out)
 // Places `src` into the rectangle (x, y, w, h) of `dst` by the rules of the
 // animation: the lake keeps the upper part for the reflection below, the
 // panorama strip keeps its aspect at the box's height, all else is stretched.
+// Reductions average the source (smoothStretch), so web pictures keep thin
+// lines and edges clean.
 void placePicture(cDIBSection& dst, const cDIBSection& src, int x, int y, int w, int h,
                   const std::vector<std::string>& anim) {
     const Surface d = dst.hdc();
     const Surface s = src.hdc();
     if (anim[0] == "Lake" && !anim[2].empty() && anim[2] != "None") {
         const int rows = static_cast<int>(src.Height() * numericValue(anim[2]) / 100 + 2);
-        stretchBlt(d, x, y, w, h / 2 + 2, s, 0, 0, src.Width(), std::min(rows, src.Height()), SRCCOPY);
+        smoothStretch(d, x, y, w, h / 2 + 2, s, 0, 0, src.Width(), std::min(rows, src.Height()));
     } else if (anim[0] == "Pano") {
         const int scaledW = static_cast<int>(std::min<double>(100000000.0, 1.0 * src.Width() * h / src.Height()));
         cDIBSection scaled;
         if (!scaled.Create(std::max(1, scaledW), h)) return;
-        stretchBlt(scaled.hdc(), 0, 0, scaled.Width(), h, s, 0, 0, src.Width(), src.Height(), SRCCOPY);
+        smoothStretch(scaled.hdc(), 0, 0, scaled.Width(), h, s, 0, 0, src.Width(), src.Height());
         bitBlt(d, x, y, w, h, scaled.hdc(), 0, 0, SRCCOPY);
     } else {
-        stretchBlt(d, x, y, w, h, s, 0, 0, src.Width(), src.Height(), SRCCOPY);
+        smoothStretch(d, x, y, w, h, s, 0, 0, src.Width(), src.Height());
     }
 }
 
@@ -94,7 +98,15 @@ bool saveTurnedPng(const cDIBSection& dib, int w, int h, int degrees, const std:
             o[FI_RGBA_ALPHA] = 255;
         }
     }
-    const bool ok = FreeImage_Save(FIF_PNG, out, path.c_str(), 0);
+    // Encoded in memory and written like every other save: through a link
+    // to its file, keeping the permissions of the file it replaces.
+    FIMEMORY* memory = FreeImage_OpenMemory();
+    BYTE* bytes = nullptr;
+    DWORD size = 0;
+    bool ok = memory && FreeImage_SaveToMemory(FIF_PNG, out, memory, 0) &&
+              FreeImage_AcquireMemory(memory, &bytes, &size);
+    if (ok) ok = writeBytesAtomic(path, bytes, size);
+    if (memory) FreeImage_CloseMemory(memory);
     FreeImage_Unload(out);
     return ok;
 }

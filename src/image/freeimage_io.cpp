@@ -2,7 +2,6 @@
 
 #include <FreeImage.h>
 #include <dlfcn.h>
-#include <sys/stat.h>
 
 #include <cstdarg>
 #include <cstdio>
@@ -11,6 +10,8 @@
 #include <mutex>
 
 #include "image/file_stamp.h"
+#include "image/freeimage_pixels.h"
+#include "image/picture_limits.h"
 
 namespace brindle {
 namespace {
@@ -59,6 +60,8 @@ struct Session {
         tlsSink.last.clear();
     }
     ~Session() { tlsSink.env = nullptr; }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
     std::string lastMessage() const { return tlsSink.last; }
 };
 
@@ -73,64 +76,183 @@ void setError(std::string* error, const std::string& text) {
     if (error) *error = text;
 }
 
-// Any FreeImage bitmap to 24-bit rows; both keep rows bottom-up in blue,
-// green, red order.
-bool toDib(FIBITMAP* source, cDIBSection& dib) {
-    const FREE_IMAGE_TYPE type = FreeImage_GetImageType(source);
-    Bitmap standard;
-    if (type != FIT_BITMAP && type != FIT_RGB16 && type != FIT_RGBA16) {
-        standard.reset(FreeImage_ConvertToStandardType(source, TRUE));
-        if (!standard) return false;
-        source = standard.get();
+// FreeImage reads our bytes in memory: it never opens a path itself, so a
+// FIFO or folder cannot block it and a read error is ours to report.
+class Memory {
+  public:
+    explicit Memory(const std::string& bytes)
+        : stream_(FreeImage_OpenMemory(
+              reinterpret_cast<BYTE*>(const_cast<char*>(bytes.data())),
+              static_cast<DWORD>(bytes.size()))) {}
+    ~Memory() {
+        if (stream_) FreeImage_CloseMemory(stream_);
     }
-    Bitmap rgb(FreeImage_ConvertTo24Bits(source));
-    if (!rgb) return false;
-    const int w = static_cast<int>(FreeImage_GetWidth(rgb.get()));
-    const int h = static_cast<int>(FreeImage_GetHeight(rgb.get()));
-    if (!dib.Create(w, h)) return false;
-    for (int y = 0; y < h; ++y)
-        std::memcpy(dib.rowBits(y), FreeImage_GetScanLine(rgb.get(), y),
-                    static_cast<std::size_t>(w) * 3);
+    Memory(const Memory&) = delete;
+    Memory& operator=(const Memory&) = delete;
+    // The stream at its start, as every FreeImage reader expects it.
+    FIMEMORY* rewound() const {
+        if (stream_) FreeImage_SeekMemory(stream_, 0, SEEK_SET);
+        return stream_;
+    }
+
+  private:
+    FIMEMORY* stream_;
+};
+
+FREE_IMAGE_FORMAT typeOf(const Memory& memory) {
+    FIMEMORY* m = memory.rewound();
+    return m ? FreeImage_GetFileTypeFromMemory(m, 16) : FIF_UNKNOWN;
+}
+
+// The size the full decode of `fif` would allocate, taken from the header.
+// Formats whose readers cannot stop at the header are measured by our own
+// header parsers; a format with neither is not read at all.
+bool claimedSize(FREE_IMAGE_FORMAT fif, const std::string& bytes, const Memory& memory,
+                 long long& w, long long& h, int& bits, std::string& why) {
+    bits = 8;
+    bool known = false;
+    switch (fif) {
+        case FIF_GIF:
+            known = gifPictureSize(bytes, w, h);
+            break;
+        case FIF_IFF:
+            known = iffPictureSize(bytes, w, h, bits);
+            break;
+        case FIF_SGI:
+            known = sgiPictureSize(bytes, w, h, bits);
+            break;
+        case FIF_DDS:
+            known = ddsPictureSize(bytes, w, h);
+            bits = 32;
+            break;
+        case FIF_MNG:
+            known = mngPictureSize(bytes, w, h);
+            bits = 32;
+            break;
+        case FIF_KOALA:  // always the home computer's 320 x 200
+            w = 320, h = 200, known = true;
+            break;
+        default:
+            if (!FreeImage_FIFSupportsNoPixels(fif)) {
+                why = "picture type without a size check";
+                return false;
+            }
+            if (Bitmap head{FreeImage_LoadFromMemory(fif, memory.rewound(), FIF_LOAD_NOPIXELS)}) {
+                w = FreeImage_GetWidth(head.get());
+                h = FreeImage_GetHeight(head.get());
+                bits = static_cast<int>(FreeImage_GetBPP(head.get()));
+                known = true;
+            }
+    }
+    if (!known) {
+        why = tlsSink.last.empty() ? "cannot read the picture header" : tlsSink.last;
+        return false;
+    }
     return true;
 }
 
-// Reads the header only (where the format's reader can) and refuses sizes
-// that no real file of this length holds, before FreeImage allocates the
-// pixels. Readers that cannot stop at the header give the whole picture,
-// which is then used as it is.
-Bitmap loadChecked(FREE_IMAGE_FORMAT fif, const std::string& path, std::string* error) {
-    Bitmap head(FreeImage_Load(fif, path.c_str(), FIF_LOAD_NOPIXELS));
-    if (!head) return head;
-    if (FreeImage_HasPixels(head.get())) return head;
-    const long long pixels = static_cast<long long>(FreeImage_GetWidth(head.get())) * FreeImage_GetHeight(head.get());
-    struct stat st {};
-    const long long fileBytes = ::stat(path.c_str(), &st) == 0 ? st.st_size : 0;
-    // No compression here turns a byte into more than 65536 bytes of
-    // pixels, not even a fax page; and no album picture has 268 megapixels.
-    if (pixels <= 0 || pixels > (1LL << 28) || pixels * 3 > fileBytes * 65536) {
-        setError(error, "implausible picture size");
-        return {};
+bool sizeAllowed(FREE_IMAGE_FORMAT fif, const std::string& bytes, const Memory& memory,
+                 std::string& why) {
+    long long w = 0, h = 0;
+    int bits = 24;
+    return claimedSize(fif, bytes, memory, w, h, bits, why) &&
+           plausiblePictureSize(w, h, bytes.size(), bits, &why);
+}
+
+// The full decode, only after the header's size was found acceptable.
+Bitmap loadChecked(FREE_IMAGE_FORMAT fif, const std::string& bytes, const Memory& memory,
+                   std::string* error) {
+    std::string why;
+    if (!sizeAllowed(fif, bytes, memory, why)) return setError(error, why), Bitmap{};
+    Bitmap bitmap(FreeImage_LoadFromMemory(fif, memory.rewound(), 0));
+    if (!bitmap)
+        setError(error, tlsSink.last.empty() ? "cannot read the picture" : tlsSink.last);
+    return bitmap;
+}
+
+bool readBytes(const std::string& path, std::string& bytes, std::string* error) {
+    std::string why;
+    if (readPictureBytes(path, bytes, &why)) return true;
+    setError(error, why);
+    return false;
+}
+
+FREE_IMAGE_FORMAT platformType(PlatformFormat format) {
+    switch (format) {
+        case PlatformFormat::Bmp:
+            return FIF_BMP;
+        case PlatformFormat::Gif:
+            return FIF_GIF;
+        case PlatformFormat::Icon:
+            return FIF_ICO;
+        case PlatformFormat::Jpeg:
+            return FIF_JPEG;
     }
-    return Bitmap(FreeImage_Load(fif, path.c_str(), 0));
+    return FIF_UNKNOWN;
 }
 
 }  // namespace
 
-bool freeImageSingleRead(const std::string& path, cDIBSection& dib, const ImageEnv& env,
-                         std::string* error) {
-    Session session(env);
-    const FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(path.c_str(), 16);
-    if (fif == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(fif))
-        return setError(error, "unknown file type"), false;
+bool freeImageClaimedSize(const std::string& bytes, long long& width, long long& height,
+                          int& bitsPerPixel, std::string* error) {
+    ImageEnv quiet;
+    Session session(quiet);
+    Memory memory(bytes);
+    const FREE_IMAGE_FORMAT fif = typeOf(memory);
+    if (fif == FIF_UNKNOWN) return setError(error, "unknown file type"), false;
     std::string why;
-    Bitmap bitmap = loadChecked(fif, path, &why);
-    if (!bitmap) return setError(error, why.empty() ? session.lastMessage() : why), false;
-    if (!toDib(bitmap.get(), dib)) return setError(error, "cannot convert the picture"), false;
+    if (!claimedSize(fif, bytes, memory, width, height, bitsPerPixel, why))
+        return setError(error, why), false;
     return true;
 }
 
-bool freeImageMultiPageRead(const std::string& rawPath, cDIBSection& dib, const ImageEnv& env) {
+bool freeImageReadBytes(const std::string& bytes, cDIBSection& dib, const ImageEnv& env,
+                        std::string* error) {
     Session session(env);
+    Memory memory(bytes);
+    const FREE_IMAGE_FORMAT fif = typeOf(memory);
+    if (fif == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(fif))
+        return setError(error, "unknown file type"), false;
+    Bitmap bitmap = loadChecked(fif, bytes, memory, error);
+    if (!bitmap) return false;
+    if (!freeImageToDib(bitmap.get(), dib)) return setError(error, "cannot convert the picture"), false;
+    return true;
+}
+
+bool freeImageSingleRead(const std::string& path, cDIBSection& dib, const ImageEnv& env,
+                         std::string* error) {
+    std::string bytes;
+    return readBytes(path, bytes, error) && freeImageReadBytes(bytes, dib, env, error);
+}
+
+bool freeImageMultiPageReadBytes(const std::string& bytes, cDIBSection& dib, const ImageEnv& env,
+                                 std::string* error) {
+    Session session(env);
+    Memory memory(bytes);
+    const FREE_IMAGE_FORMAT fif = typeOf(memory);
+    if (fif == FIF_UNKNOWN) {
+        logLine(env.log,
+                "[FreeImage_MultiPage_Load] Unable to determine the file type of the specified "
+                "multipage bitmap");
+        return setError(error, "unknown file type"), false;
+    }
+    std::string why;
+    if (!sizeAllowed(fif, bytes, memory, why)) return setError(error, why), false;  // page 1
+    FIMULTIBITMAP* multi = FreeImage_LoadMultiBitmapFromMemory(fif, memory.rewound(), 0);
+    if (!multi) return false;
+    bool ok = false;
+    if (FreeImage_GetPageCount(multi) > 0) {
+        // Only the first page is shown; the others are not even cloned.
+        if (FIBITMAP* page = FreeImage_LockPage(multi, 0)) {
+            ok = freeImageToDib(page, dib);
+            FreeImage_UnlockPage(multi, page, FALSE);
+        }
+    }
+    FreeImage_CloseMultiBitmap(multi, 0);
+    return ok;
+}
+
+bool freeImageMultiPageRead(const std::string& rawPath, cDIBSection& dib, const ImageEnv& env) {
     const auto first = rawPath.find_first_not_of(" \t");
     const std::string path =
         first == std::string::npos
@@ -144,59 +266,29 @@ bool freeImageMultiPageRead(const std::string& rawPath, cDIBSection& dib, const 
         logLine(env.log, "[FreeImage_MultiPage_Load] File not found");
         return false;
     }
-    const FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(path.c_str(), 16);
-    if (fif == FIF_UNKNOWN) {
-        logLine(env.log,
-                "[FreeImage_MultiPage_Load] Unable to determine the file type of the specified "
-                "multipage bitmap");
-        return false;
-    }
-    if (!loadChecked(fif, path, nullptr)) return false;  // page 1's header first
-    FIMULTIBITMAP* multi = FreeImage_OpenMultiBitmap(fif, path.c_str(), FALSE, TRUE, TRUE, 0);
-    if (!multi) return false;
-    bool ok = false;
-    if (FreeImage_GetPageCount(multi) > 0) {
-        // Only the first page is shown; the others are not even cloned.
-        if (FIBITMAP* page = FreeImage_LockPage(multi, 0)) {
-            ok = toDib(page, dib);
-            FreeImage_UnlockPage(multi, page, FALSE);
-        }
-    }
-    FreeImage_CloseMultiBitmap(multi, 0);
-    return ok;
+    std::string bytes;
+    return readBytes(path, bytes, nullptr) && freeImageMultiPageReadBytes(bytes, dib, env);
+}
+
+bool platformReadBytes(const std::string& bytes, PlatformFormat format, cDIBSection& dib,
+                       const ImageEnv& env, std::string* error) {
+    Session session(env);
+    Memory memory(bytes);
+    const FREE_IMAGE_FORMAT fif = platformType(format);
+    if (!FreeImage_ValidateFromMemory(fif, memory.rewound()))
+        return setError(error, std::string("not a ") + FreeImage_GetFormatFromFIF(fif) + " file"),
+               false;
+    Bitmap bitmap = loadChecked(fif, bytes, memory, error);
+    if (!bitmap) return false;
+    if (!freeImageToDib(bitmap.get(), dib)) return setError(error, "cannot convert the picture"), false;
+    return true;
 }
 
 bool platformRead(const std::string& path, PlatformFormat format, cDIBSection& dib,
                   const ImageEnv& env, std::string* error) {
-    Session session(env);
-    FREE_IMAGE_FORMAT fif = FIF_BMP;
-    switch (format) {
-        case PlatformFormat::Bmp:
-            fif = FIF_BMP;
-            break;
-        case PlatformFormat::Gif:
-            fif = FIF_GIF;
-            break;
-        case PlatformFormat::Icon:
-            fif = FIF_ICO;
-            break;
-        case PlatformFormat::Jpeg:
-            fif = FIF_JPEG;
-            break;
-    }
     if (!fileExists(path)) return setError(error, "file not found"), false;
-    if (!FreeImage_Validate(fif, path.c_str()))
-        return setError(error, std::string("not a ") + FreeImage_GetFormatFromFIF(fif) + " file"),
-               false;
-    std::string why;
-    Bitmap bitmap = loadChecked(fif, path, &why);
-    if (!why.empty()) return setError(error, why), false;
-    if (!bitmap)
-        return setError(error, session.lastMessage().empty() ? "cannot read the picture"
-                                                             : session.lastMessage()),
-               false;
-    if (!toDib(bitmap.get(), dib)) return setError(error, "cannot convert the picture"), false;
-    return true;
+    std::string bytes;
+    return readBytes(path, bytes, error) && platformReadBytes(bytes, format, dib, env, error);
 }
 
 bool freeImageSave(const cDIBSection& dib, const std::string& path, int format,

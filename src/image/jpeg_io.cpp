@@ -9,6 +9,7 @@
 #include "image/file_stamp.h"
 #include "image/freeimage_io.h"
 #include "image/jpeg_markers.h"
+#include "image/picture_limits.h"
 #include "image/picture_turn.h"
 
 namespace brindle {
@@ -32,14 +33,6 @@ void setError(std::string* error, const std::string& text) {
 
 const unsigned char* jpegBytes(const std::string& bytes) {
     return reinterpret_cast<const unsigned char*>(bytes.data());
-}
-
-// A JPEG cannot code a picture in much less than this many bytes per
-// pixel; a header promising more pixels than that is not believed.
-bool plausibleSize(long long width, long long height, std::size_t fileBytes) {
-    const long long pixels = width * height;
-    return width > 0 && height > 0 && pixels <= (1LL << 28) &&
-           pixels <= static_cast<long long>(fileBytes) * 4096;
 }
 
 int clampQuality(int q) { return q < 0 ? 0 : (q > 100 ? 100 : q); }
@@ -80,8 +73,9 @@ bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth, int w
     if (tjDecompressHeader3(h.get(), jpegBytes(bytes), bytes.size(), &width, &height, &subsamp,
                             &colourspace) != 0)
         return setError(error, tjGetErrorStr2(h.get())), false;
-    if (!plausibleSize(width, height, bytes.size()))
-        return setError(error, "implausible picture size"), false;
+    std::string why;
+    if (!plausiblePictureSize(width, height, bytes.size(), 24, &why))
+        return setError(error, why), false;
     // The wanted size is upright; a picture on its side is decoded first.
     const std::string_view exif = findExifTiff(bytes);
     const int orientation = exifOrientation(exif);

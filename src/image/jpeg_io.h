@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "image/dib_section.h"
 #include "image/image_env.h"
@@ -45,9 +46,9 @@ bool readJpegSize(const std::string& bytes, int& width, int& height, std::string
 bool decodeJpeg(const std::string& bytes, cDIBSection& dib, int wantWidth = 0, int wantHeight = 0,
                 std::string* error = nullptr);
 
-// Turns `dib`, read from the JPEG `path` by another reader, upright by the
-// file's EXIF orientation and keeps the EXIF block on it. (jpeg_turn.cpp)
-void applyJpegOrientation(const std::string& path, cDIBSection& dib);
+// Turns `dib`, read from the JPEG file `jpeg` by another reader, upright by
+// the file's EXIF orientation and keeps the EXIF block on it. (jpeg_turn.cpp)
+void applyJpegOrientation(std::string_view jpeg, cDIBSection& dib);
 
 // Only for paths ending in "jpg" or "jpeg" (any case).
 bool LoadJPG(cDIBSection& dib, const std::string& path, std::string* error = nullptr,

@@ -4,7 +4,6 @@
 // the same picture.
 #include <turbojpeg.h>
 
-#include <fstream>
 
 #include "image/exif_orientation.h"
 #include "image/file_stamp.h"
@@ -92,13 +91,8 @@ bool turnPixels(const std::string& bytes, Turn userTurn, std::string& out, std::
 
 }  // namespace
 
-void applyJpegOrientation(const std::string& path, cDIBSection& dib) {
-    // The EXIF block stands in the first segment or two of the file.
-    std::ifstream in(path, std::ios::binary);
-    std::string head(2 * (kMaxSegmentPayload + 4) + 2, '\0');
-    in.read(head.data(), static_cast<std::streamsize>(head.size()));
-    head.resize(static_cast<std::size_t>(in.gcount()));
-    const std::string_view exif = findExifTiff(head);
+void applyJpegOrientation(std::string_view jpeg, cDIBSection& dib) {
+    const std::string_view exif = findExifTiff(jpeg);
     if (exif.empty()) return;
     cDIBSection upright = turnedPicture(dib, turnForOrientation(exifOrientation(exif)));
     if (upright.empty()) return;

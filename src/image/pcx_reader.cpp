@@ -5,6 +5,7 @@
 
 #include "image/byte_reader.h"
 #include "image/file_stamp.h"
+#include "image/picture_limits.h"
 #include "image/pcx_format.h"
 
 namespace brindle {
@@ -95,6 +96,8 @@ bool LoadPCX::LoadFromBytes(std::string_view bytes, std::string* error) {
     bpp_ = h.bitsPerPlane * h.planes;
     if (h.xMax < h.xMin || h.yMax < h.yMin) return fail(error, "PCX window is empty");
     const int width = h.xMax - h.xMin + 1, height = h.yMax - h.yMin + 1;
+    std::string why;
+    if (!plausiblePictureSize(width, height, bytes.size(), 24, &why)) return fail(error, why.c_str());
     if (static_cast<long long>(h.bytesPerLine) * 8 < static_cast<long long>(width) * h.bitsPerPlane)
         return fail(error, "PCX rows are shorter than the picture");
     const std::size_t lineBytes = static_cast<std::size_t>(h.bytesPerLine) * h.planes;

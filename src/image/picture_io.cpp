@@ -1,12 +1,16 @@
 #include "image/picture_io.h"
 
+#include <sys/stat.h>
+
 #include "album/paths.h"
+#include "image/bmp_reader.h"
 #include "image/file_stamp.h"
 #include "image/freeimage_io.h"
 #include "image/jpeg_io.h"
 #include "image/packed_dib.h"
+#include "image/picture_guard.h"
+#include "image/reduce.h"
 #include "image/pcx_reader.h"
-#include "image/rounding.h"
 #include "image/tga_reader.h"
 
 namespace brindle {
@@ -20,7 +24,9 @@ struct Decoded {
     std::optional<ImageMessage> message;
 };
 
-ImageMessage jpegFailure(const std::string& path, const std::string& description, Language lang) {
+// The load's message; the older program gave it for JPEG files, here any
+// file that cannot be read or is refused for its size gives it.
+ImageMessage loadFailure(const std::string& path, const std::string& description, Language lang) {
     const std::string two = std::string(kLineEnd) + kLineEnd;
     const std::string text = lang == Language::German
                                  ? "Laden des Bildes " + path + " mißlungen! " + two +
@@ -30,99 +36,105 @@ ImageMessage jpegFailure(const std::string& path, const std::string& description
     return {"Fehler", text, 0};
 }
 
-bool readJpegGroup(const std::string& path, int wantW, int wantH, const ImageEnv& env,
-                   Decoded& out) {
+// Something stands at `path`, whatever it is; a FIFO or folder is then
+// refused with the read's own message instead of silently.
+bool pathExists(const std::string& path) {
+    struct stat st {};
+    return !path.empty() && ::stat(path.c_str(), &st) == 0;
+}
+
+bool readJpegGroup(const std::string& path, const std::string& bytes, int wantW, int wantH,
+                   const ImageEnv& env, Decoded& out) {
     std::string jpegError, platformError;
     if (!env.jpegDctScaling) wantW = wantH = 0;
-    if (LoadJPG(out.dib, path, &jpegError, wantW, wantH)) return true;
+    if (decodeJpeg(bytes, out.dib, wantW, wantH, &jpegError)) return true;
     // The platform loader is more forgiving (colour spaces the fast decoder
     // will not convert); only when it fails too does the user hear of it.
-    if (platformRead(path, PlatformFormat::Jpeg, out.dib, env, &platformError)) {
-        applyJpegOrientation(path, out.dib);
+    if (platformReadBytes(bytes, PlatformFormat::Jpeg, out.dib, env, &platformError)) {
+        applyJpegOrientation(bytes, out.dib);
         return true;
     }
     out.message =
-        jpegFailure(path, platformError.empty() ? jpegError : platformError, env.language);
+        loadFailure(path, platformError.empty() ? jpegError : platformError, env.language);
     return false;
 }
 
-bool readPlatformGroup(const std::string& path, PlatformFormat format, const ImageEnv& env,
+// BMP files are ours to read; run-length ones and GIFs go to FreeImage.
+bool readPlatformGroup(const std::string& bytes, PlatformFormat format, const ImageEnv& env,
                        Decoded& out) {
     std::string error;
-    if (platformRead(path, format, out.dib, env, &error)) {
+    if (format == PlatformFormat::Bmp) {
+        const BmpResult r = decodeBmp(bytes, out.dib, &error);
+        if (r == BmpResult::Ok) {
+            out.platform = true;
+            return true;
+        }
+        if (r == BmpResult::Unsupported &&
+            platformReadBytes(bytes, PlatformFormat::Bmp, out.dib, env, &error)) {
+            out.platform = true;
+            return true;
+        }
+    } else if (platformReadBytes(bytes, format, out.dib, env, &error)) {
         out.platform = true;
         return true;
     }
     logLine(env.log, "Module2 - Loadpicture - BMP -> Fehler beim laden: " + error);
-    return freeImageSingleRead(path, out.dib, env);
+    return freeImageReadBytes(bytes, out.dib, env);
 }
 
-bool decode(const std::string& path, int wantW, int wantH, const ImageEnv& env, Decoded& out) {
-    out.via = readerFor(path);
+bool decodeBytes(const std::string& path, const std::string& bytes, int wantW, int wantH,
+                 const ImageEnv& env, Decoded& out) {
     switch (out.via) {
         case PictureReader::Jpeg:
-            return readJpegGroup(path, wantW, wantH, env, out);
+            return readJpegGroup(path, bytes, wantW, wantH, env, out);
         case PictureReader::MultiPage:
-            return freeImageMultiPageRead(path, out.dib, env) ||
-                   freeImageSingleRead(path, out.dib, env);
+            return freeImageMultiPageReadBytes(bytes, out.dib, env) ||
+                   freeImageReadBytes(bytes, out.dib, env);
         case PictureReader::FreeImageSingle:
-            return freeImageSingleRead(path, out.dib, env);
+            return freeImageReadBytes(bytes, out.dib, env);
         case PictureReader::Platform:
             return readPlatformGroup(
-                path, endsWithNoCase(path, ".gif") ? PlatformFormat::Gif : PlatformFormat::Bmp, env,
-                out);
+                bytes, endsWithNoCase(path, ".gif") ? PlatformFormat::Gif : PlatformFormat::Bmp,
+                env, out);
         case PictureReader::Icon:
             out.platform = true;
-            return platformRead(path, PlatformFormat::Icon, out.dib, env);
-        case PictureReader::Metafile:
-            // No metafile renderer stands behind the core; such files load nothing.
-            logLine(env.log, "Loadpicture: metafiles are not read: " + path);
-            return false;
+            return platformReadBytes(bytes, PlatformFormat::Icon, out.dib, env);
         case PictureReader::Tga: {
             LoadTGA tga;
-            if (!tga.Load(path)) return false;
+            if (!tga.LoadFromBytes(bytes)) return false;
             out.dib = tga.pixels();
             return true;
         }
         case PictureReader::Pcx: {
             LoadPCX pcx;
-            if (!pcx.Load(path)) return false;
+            if (!pcx.LoadFromBytes(bytes)) return false;
             out.dib = pcx.pixels();
             return true;
         }
+        case PictureReader::Metafile:
         case PictureReader::None:
             return false;
     }
     return false;
 }
 
-// JPEG: one stretch, or two through a third of the size for big reductions.
-void scaleJpeg(const cDIBSection& dib, PictureHolder& holder, int w, int h) {
-    holder.AutoRedraw = true;
-    holder.resize(w, h);
-    if (!needsTwoStageReduction(dib.Width(), dib.Height(), w, h)) {
-        dib.StretchPicture(holder.hdc(), 0, 0, w, h, 0, 0, dib.Width(), dib.Height());
-        return;
+// Reads the file once, checks the size its header claims, then decodes
+// from memory. A file that cannot be read or claims too large a picture
+// gives the load's message naming the cause.
+bool decode(const std::string& path, int wantW, int wantH, const ImageEnv& env, Decoded& out) {
+    out.via = readerFor(path);
+    if (out.via == PictureReader::None) return false;
+    if (out.via == PictureReader::Metafile) {
+        // No metafile renderer stands behind the core; such files load nothing.
+        logLine(env.log, "Loadpicture: metafiles are not read: " + path);
+        return false;
     }
-    PictureHolder thumb;  // the helper holder of the thumbnail maker
-    thumb.AutoRedraw = true;
-    const int tw = std::max(1, roundEven(dib.Width() / 3.0)),
-              th = std::max(1, roundEven(dib.Height() / 3.0));
-    thumb.resize(tw, th);
-    dib.StretchPicture(thumb.hdc(), 0, 0, tw, th, 0, 0, dib.Width(), dib.Height());
-    thumb.surface().StretchPicture(holder.hdc(), 0, 0, w, h, 0, 0, tw, th);
-}
-
-// FreeImage groups: sampling when smaller both ways, else one stretch.
-Picture scaleSection(cDIBSection& dib, int w, int h) {
-    if (w < dib.Width() && h < dib.Height()) {
-        dib.effectVerkleinern(w, h, 0, 0);
-        return Picture::fromDib(std::move(dib));
+    std::string bytes, why;
+    if (!readPictureBytes(path, bytes, &why) || !pictureSizeAllowed(bytes, &why)) {
+        out.message = loadFailure(path, why, env.language);
+        return false;
     }
-    cDIBSection sized;
-    if (!sized.Create(w, h)) return {};
-    dib.StretchPicture(sized.hdc(), 0, 0, w, h, 0, 0, dib.Width(), dib.Height());
-    return Picture::fromDib(std::move(sized));
+    return decodeBytes(path, bytes, wantW, wantH, env, out);
 }
 
 // A reduced photo keeps the EXIF block of the file it came from.
@@ -133,10 +145,26 @@ Picture withExifOf(const cDIBSection& source, Picture picture) {
     return Picture::fromDib(std::move(dib));
 }
 
+// A picture asked for at another size: averaged where it is made smaller,
+// so lines and edges do not turn jagged, by centre pixels where larger.
 void drawInto(const cDIBSection& dib, PictureHolder& holder, int w, int h) {
     holder.AutoRedraw = true;
     holder.resize(w, h);
-    dib.StretchPicture(holder.hdc(), 0, 0, w, h, 0, 0, dib.Width(), dib.Height());
+    smoothStretch(holder.hdc(), 0, 0, w, h, dib.hdc(), 0, 0, dib.Width(), dib.Height());
+}
+
+Picture scaleSection(const cDIBSection& dib, int w, int h) {
+    cDIBSection sized;
+    if (!smoothResize(dib, sized, w, h)) return {};
+    return Picture::fromDib(std::move(sized));
+}
+
+// TGA and PCX draw at their natural size whatever was asked.
+void drawNatural(const cDIBSection& dib, PictureHolder& holder) {
+    holder.AutoRedraw = true;
+    holder.resize(dib.Width(), dib.Height());
+    dib.StretchPicture(holder.hdc(), 0, 0, dib.Width(), dib.Height(), 0, 0, dib.Width(),
+                       dib.Height());
 }
 
 ImageStatus saveSection(const cDIBSection& dib, const std::string& path, int quality,
@@ -206,14 +234,9 @@ PictureWriter writerFor(const std::string& path, bool dibWriter) {
     return PictureWriter::None;
 }
 
-bool needsTwoStageReduction(int sourceWidth, int sourceHeight, int width, int height) {
-    return static_cast<long long>(sourceHeight) > 10LL * height ||
-           static_cast<long long>(sourceWidth) > 10LL * width;
-}
-
 ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& width, int& height,
                         int mode, const ImageEnv& env) {
-    if (!fileExists(path)) return ImageStatus::failure();
+    if (!pathExists(path)) return ImageStatus::failure();
     const bool scaled = width > 0 && height > 0;
     Decoded d;
     if (!decode(path, scaled ? width : 0, scaled ? height : 0, env, d))
@@ -227,20 +250,15 @@ ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& wid
         return ImageStatus::success();
     }
     switch (d.via) {
-        case PictureReader::Jpeg:
-            scaleJpeg(d.dib, holder, width, height);
-            holder.picture = withExifOf(d.dib, holder.Image());
-            break;
         case PictureReader::Tga:
         case PictureReader::Pcx:
-            // These draw at their natural size whatever was asked.
-            drawInto(d.dib, holder, d.dib.Width(), d.dib.Height());
+            drawNatural(d.dib, holder);
             holder.picture = holder.Image();
             break;
         default:
-            if (d.platform) {
+            if (d.via == PictureReader::Jpeg || d.platform) {
                 drawInto(d.dib, holder, width, height);
-                holder.picture = holder.Image();
+                holder.picture = withExifOf(d.dib, holder.Image());
             } else {
                 holder.picture = scaleSection(d.dib, width, height);
             }
@@ -250,7 +268,7 @@ ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& wid
 
 PictureFile LoadPictureFile(const std::string& path, const ImageEnv& env) {
     PictureFile out;
-    if (!fileExists(path)) return out;
+    if (!pathExists(path)) return out;
     if (readerFor(path) == PictureReader::Metafile)
         out.hint = ImageMessage{
             "",

@@ -43,14 +43,12 @@ PictureReader readerFor(const std::string& path);
 // `dibWriter` selects SaveDIBFile's table, which also takes "&jpg".
 PictureWriter writerFor(const std::string& path, bool dibWriter);
 
-// A JPEG reduced more than ten times in either direction goes through an
-// intermediate of a third of its size, so that whole rows are not lost.
-bool needsTwoStageReduction(int sourceWidth, int sourceHeight, int width, int height);
-
 // Loads `path` into `holder`. With width and height above 0 the picture is
-// scaled to that size; otherwise the natural size is used and returned in
+// scaled to that size (averaged where it is made smaller); otherwise the natural size is used and returned in
 // them. `mode` (0..3) sets the holder's flags; every caller passes 0. A
-// missing file or an unknown key fails without a message.
+// missing file or an unknown key fails without a message; a file that
+// cannot be read (a folder, a FIFO, no permission) or claims too large a
+// picture gives the load's message with the cause.
 ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& width, int& height,
                         int mode = 0, const ImageEnv& env = {});
 

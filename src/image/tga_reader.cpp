@@ -5,6 +5,7 @@
 
 #include "image/byte_reader.h"
 #include "image/file_stamp.h"
+#include "image/picture_limits.h"
 #include "image/tga_format.h"
 
 namespace brindle {
@@ -125,6 +126,8 @@ bool LoadTGA::LoadFromBytes(std::string_view bytes, std::string* error) {
     if (!unpack(r, compressed_, count, size, raw)) return fail(error, "TGA data ends early");
 
     cDIBSection dib;
+    std::string why;
+    if (!plausiblePictureSize(h.width, h.height, bytes.size(), 24, &why)) return fail(error, why.c_str());
     if (!dib.Create(h.width, h.height)) return fail(error, "TGA picture too large");
     const bool topDown = h.descriptor & tga::kDescriptorTopToBottom;
     const bool rightToLeft = h.descriptor & tga::kDescriptorRightToLeft;

@@ -1,5 +1,6 @@
 // convert, imageinfo and rotate: pictures through the image core.
 #include <charconv>
+#include <filesystem>
 #include <iostream>
 
 #include "album/paths.h"
@@ -80,7 +81,9 @@ int convert(const Args& args) {
     }
     const std::string& in = args[0];
     const std::string& out = args[1];
-    if (!fileExists(in)) return fail("file not found: " + in);
+    // A FIFO, device or folder goes on to the load, which names what it is.
+    std::error_code ec;
+    if (!std::filesystem::exists(in, ec)) return fail("file not found: " + in);
     if (readerFor(in) == PictureReader::None)
         return fail("not a picture type that can be read: " + in);
     if (!writable(out))

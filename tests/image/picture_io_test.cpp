@@ -11,6 +11,7 @@
 #include "image/file_stamp.h"
 #include "image/freeimage_io.h"
 #include "image/jpeg_io.h"
+#include "image/reduce.h"
 #include "image_compare.h"
 #include "support/temp_home.h"
 
@@ -120,13 +121,6 @@ TEST_F(PictureDispatch, WritersAndTheDibOnlyAmpersandKey) {
         EXPECT_EQ(writerFor(c.path, false), c.picture);
         EXPECT_EQ(writerFor(c.path, true), c.dib);
     }
-}
-
-TEST_F(PictureDispatch, ReductionsOfMoreThanTenTimesTakeTwoStages) {
-    EXPECT_TRUE(needsTwoStageReduction(1001, 800, 100, 100));
-    EXPECT_TRUE(needsTwoStageReduction(800, 1001, 100, 100));
-    EXPECT_FALSE(needsTwoStageReduction(1000, 1000, 100, 100));
-    EXPECT_FALSE(needsTwoStageReduction(100, 100, 200, 200));
 }
 
 class PictureFiles : public TempHomeTest {
@@ -323,28 +317,29 @@ TEST_F(PictureFiles, MetafilesBringTheirHintAndLoadNothing) {
               "Wir empfehlen die Verwendung von JPEG oder PNG Bildern.");
 }
 
-TEST_F(PictureFiles, FreeImageGroupsReduceBySamplingAndEnlargeByStretching) {
+// What the loaders give at another size: the smooth reduction where an
+// axis is made smaller, centre pixels where it is made larger.
+cDIBSection smoothly(const cDIBSection& dib, int w, int h) {
+    cDIBSection out;
+    EXPECT_TRUE(smoothResize(dib, out, w, h));
+    return out;
+}
+
+TEST_F(PictureFiles, FreeImageGroupsReduceSmoothlyAndEnlargeByStretching) {
     const cDIBSection dib = smoothPicture(40, 30);
     ASSERT_TRUE(SaveDIBFile(dib, path("s.png"), 90).ok);
-    cDIBSection sampled = dib;
-    sampled.effectVerkleinern(20, 15, 0, 0);
-    EXPECT_TRUE(sameImage(sampled, load("s.png", 20, 15)));
-    for (auto [w, h] : {std::pair{80, 60}, std::pair{20, 60}}) {
-        SCOPED_TRACE(testing::Message() << w << "x" << h);
-        cDIBSection stretched;
-        ASSERT_TRUE(stretched.Create(w, h));
-        dib.StretchPicture(stretched.hdc(), 0, 0, w, h, 0, 0, 40, 30);
-        EXPECT_TRUE(sameImage(stretched, load("s.png", w, h)));
-    }
+    EXPECT_TRUE(sameImage(smoothly(dib, 20, 15), load("s.png", 20, 15)));
+    cDIBSection stretched;
+    ASSERT_TRUE(stretched.Create(80, 60));
+    dib.StretchPicture(stretched.hdc(), 0, 0, 80, 60, 0, 0, 40, 30);
+    EXPECT_TRUE(sameImage(stretched, load("s.png", 80, 60)));
+    EXPECT_TRUE(sameImage(smoothly(dib, 20, 60), load("s.png", 20, 60)));
 }
 
 TEST_F(PictureFiles, PlatformGroupDrawsIntoTheHolderAtTheAskedSize) {
     const cDIBSection dib = smoothPicture(40, 30);
     ASSERT_TRUE(SaveDIBFile(dib, path("s.bmp"), 90).ok);
-    cDIBSection stretched;
-    ASSERT_TRUE(stretched.Create(20, 15));
-    dib.StretchPicture(stretched.hdc(), 0, 0, 20, 15, 0, 0, 40, 30);
-    EXPECT_TRUE(sameImage(stretched, load("s.bmp", 20, 15)));
+    EXPECT_TRUE(sameImage(smoothly(dib, 20, 15), load("s.bmp", 20, 15)));
 }
 
 TEST_F(PictureFiles, TgaAndPcxKeepTheirNaturalSize) {
@@ -356,25 +351,15 @@ TEST_F(PictureFiles, TgaAndPcxKeepTheirNaturalSize) {
     EXPECT_TRUE(sameImage(makeDib({{{1, 2, 3}, {4, 5, 6}}}), dib));
 }
 
-TEST_F(PictureFiles, JpegReductionTakesOneOrTwoStages) {
+TEST_F(PictureFiles, JpegReductionAveragesInOneStepWhateverTheFactor) {
     ImageEnv full = env();
     full.jpegDctScaling = false;
-    for (auto [w, h, twoStage] : {std::tuple{1001, 800, true}, std::tuple{1000, 1000, false}}) {
+    for (auto [w, h] : {std::pair{1001, 800}, std::pair{1000, 1000}}) {
         SCOPED_TRACE(testing::Message() << w << "x" << h);
         ASSERT_TRUE(SaveJPG(smoothPicture(w, h), path("big.jpg"), 90).ok);
         cDIBSection decoded;
         ASSERT_TRUE(LoadJPG(decoded, path("big.jpg")));
-        cDIBSection expected;
-        ASSERT_TRUE(expected.Create(100, 100));
-        if (twoStage) {
-            cDIBSection third;
-            ASSERT_TRUE(third.Create(roundEven(w / 3.0), roundEven(h / 3.0)));
-            decoded.StretchPicture(third.hdc(), 0, 0, third.Width(), third.Height(), 0, 0, w, h);
-            third.StretchPicture(expected.hdc(), 0, 0, 100, 100, 0, 0, third.Width(),
-                                 third.Height());
-        } else {
-            decoded.StretchPicture(expected.hdc(), 0, 0, 100, 100, 0, 0, w, h);
-        }
+        const cDIBSection expected = smoothly(decoded, 100, 100);
         EXPECT_TRUE(sameImage(expected, load("big.jpg", 100, 100, full)));
         // DCT scaling gives nearly the same picture much faster.
         EXPECT_TRUE(similarImage(expected, load("big.jpg", 100, 100, env()), 3.0));
