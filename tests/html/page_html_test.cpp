@@ -171,18 +171,21 @@ TEST_F(HtmlTest, EffectsAndPlainPictures) {
                     "<div style=\"position:absolute; top:5px; left:7px; width:200px; height:100px\">",
                     "<applet CODE=\"bsrain.class\" width=200 height=100>", "<PARAM NAME=speed VALUE=\"4\">",
                     "<PARAM NAME=snowmodus VALUE=\"1\">", "<PARAM NAME=rahmenbreite VALUE=\"10\">",
-                    "<PARAM NAME=anzahl VALUE=\"1100\">", "<PARAM NAME=picture VALUE=\"BSThumbbild.gif\">",
+                    "<PARAM NAME=anzahl VALUE=\"1100\">", "<PARAM NAME=picture VALUE=\"BSThumbbild_2.gif\">",
                     "</applet></div>", "",
                     "<div style=\"position:absolute; top:-5px; left:7px; width:200px; height:100px\">",
-                    "<p><img src=\"BSThumbbild.gif\" width=\"200\" height=\"100\" border=0></p>", "</div>", "",
+                    "<p><img src=\"BSThumbbild_3.gif\" width=\"200\" height=\"100\" border=0></p>", "</div>", "",
                     "<div style=\"position:absolute; top:-5px; left:7px; width:200px; height:100px\">",
                     "<p><img src=\"bild.gif\" width=\"200\" height=\"100\" border=0></p>", "</div>", "",
                     "<div style=\"position:absolute; top:5px; left:7px; width:200px; height:100px\">",
                     "<applet CODE=\"bslake.class\" width=200 height=100>", "<PARAM NAME=speed VALUE=\"2\">",
                     "<PARAM NAME=URL VALUE=\"http://example.org/\">", "<PARAM NAME=target VALUE=\"_top\">",
-                    "<PARAM NAME=picture VALUE=\"BSThumbbild.gif\">", "</applet></div>", "",
+                    "<PARAM NAME=picture VALUE=\"BSThumbbild_4.gif\">", "</applet></div>", "",
                     "<script src=\"bseffects.js\"></script>"}));
-    EXPECT_EQ(written.size(), 4u);  // rain, snow, underwater and lake are prepared; the plain GIF is copied
+    // Rain, snow, underwater and lake are prepared, each into its own file;
+    // the plain GIF is copied.
+    EXPECT_EQ(written, (std::vector<std::string>{path("out/BSThumbbild.gif"), path("out/BSThumbbild_2.gif"),
+                                                 path("out/BSThumbbild_3.gif"), path("out/BSThumbbild_4.gif")}));
     EXPECT_TRUE(dateiVorhanden(path("out/bild.gif")));
     EXPECT_TRUE(dateiVorhanden(path("out/bsrain.class")));
     EXPECT_TRUE(dateiVorhanden(path("out/bseffects.js")));
