@@ -7,6 +7,9 @@
 
 #include "html/frameset.h"
 #include "html/generation_run.h"
+#include "html/web_picture.h"
+#include "image/dib_section.h"
+#include "image/picture_io.h"
 #include "html_fixture.h"
 
 namespace brindle::html {
@@ -117,6 +120,26 @@ TEST_F(OutputTest, EachPreparationOfOneSourceGetsItsOwnWebPicture) {
     writeBytes("anders/see.jpg", "jpeg");
     StageRequest other = stage(path("anders/see.jpg"), html, true, 100, 75, 400, 300);
     EXPECT_EQ(stelleDateiBereit(*run, other), "BSThumbsee_5.jpg");
+}
+
+TEST_F(OutputTest, APictureShownAtItsOwnSizeIsRewrittenAndALargerOneCopied) {
+    Session& s = freshAlbum(1);
+    s.album().htmlReduce = kTrue;
+    run->pictures = defaultPictureServices();
+    cDIBSection dib;
+    ASSERT_TRUE(dib.Create(100, 100));
+    fs::create_directories(path("bilder"));
+    ASSERT_TRUE(SaveDIBFile(dib, path("bilder/Eigen.jpg"), 95));
+    const std::string source = readBytes("bilder/Eigen.jpg");
+    const std::string html = path("out/seite1.htm");
+    // 100 x 100 in a 100 x 100 box: the rewrite road.
+    EXPECT_EQ(stelleDateiBereit(*run, stage(path("bilder/Eigen.jpg"), html, true, 100, 100, 100, 100)),
+              "BSThumbeigen.jpg");
+    EXPECT_TRUE(fs::exists(path("out/BSThumbeigen.jpg")));
+    EXPECT_FALSE(fs::exists(path("out/eigen.jpg")));
+    // One pixel wider than the picture: the copy road, byte for byte.
+    EXPECT_EQ(stelleDateiBereit(*run, stage(path("bilder/Eigen.jpg"), html, true, 101, 100, 100, 100)), "eigen.jpg");
+    EXPECT_EQ(readBytes("out/eigen.jpg"), source);
 }
 
 TEST_F(OutputTest, AFailedCopyOfTheMenuFilesIsReportedAndCounted) {
