@@ -34,6 +34,7 @@ void copySearchScript(HtmlRun& run, const std::string& bodyTag) {
     std::string text;
     if (!readWholeFile(run.programDirectory() + "suchscr.js", text).ok) {
         run.deferredError = "suchscr.js: No such file or directory";
+        ++run.failedWrites;
         return;
     }
     std::string out, line;
