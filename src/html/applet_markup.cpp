@@ -5,6 +5,7 @@
 #include "album/encoding.h"
 #include "html/html_text.h"
 #include "html/page_html.h"
+#include "html/safe_text.h"
 #include "html/staging.h"
 
 namespace brindle::html {
@@ -50,7 +51,7 @@ std::string linkParams(PageBuild& b, const PictureElement& p, int index) {
     if (p.hyperlink.empty()) return {};
     static const char* const kTargets[] = {"_self", "_top", "_blank"};
     const int behaviour = p.ext.extLong[4];
-    return param("URL", loeseLink(b.run, linkFor(b, p, index))) + kEol +
+    return param("URL", attributeUrl(loeseLink(b.run, linkFor(b, p, index)))) + kEol +
            param("target", kTargets[behaviour >= 0 && behaviour <= 2 ? behaviour : 0]) + kEol;
 }
 
@@ -83,7 +84,7 @@ std::string effectBlock(PageBuild& b, const PictureElement& p, int index, const 
         params += param("anzahl", anim[2]) + kEol;
     }
     params += linkParams(b, p, index);
-    params += param("picture", stelleDateiBereit(b.run, stageFor(b, p)));
+    params += param("picture", attributeUrl(stelleDateiBereit(b.run, stageFor(b, p))));
     return appletBlock(p, cls, params);
 }
 
@@ -91,7 +92,7 @@ std::string plainBlock(PageBuild& b, const PictureElement& p, int index) {
     std::string open, close;
     if (!p.hyperlink.empty()) {
         const int behaviour = p.ext.extLong[4];
-        open = "<a href=" + q(loeseLink(b.run, linkFor(b, p, index))) +
+        open = "<a href=" + q(attributeUrl(loeseLink(b.run, linkFor(b, p, index)))) +
                (behaviour == 1 ? " Target=" + q("_top") : behaviour == 2 ? " Target=" + q("_blank") : "") + ">";
         close = "</a>";
     }
@@ -99,7 +100,7 @@ std::string plainBlock(PageBuild& b, const PictureElement& p, int index) {
     s.rotation = p.ext.extLong[5];
     s.boxWidth = static_cast<int>(numericValue(p.ext.extText[2]));
     s.boxHeight = static_cast<int>(std::lround(numericValue(p.ext.extText[3])));
-    const std::string src = stelleDateiBereit(b.run, s);
+    const std::string src = attributeUrl(stelleDateiBereit(b.run, s));
     return boxStyle(p.top, p.left, p.width, p.height, true) + kEol + open + "<p><img src=" + q(src) +
            " width=" + q(zahl(p.width)) + " height=" + q(zahl(p.height)) + " border=0></p>" + close + kEol +
            "</div>" + kEol;
@@ -122,12 +123,12 @@ std::string panoramaBlock(PageBuild& b, int index) {
     std::string params;
     for (int i = 0; i <= pano.hotspotCount && i < 21; ++i) {
         PanoHotspot& h = pano.hotspots[static_cast<std::size_t>(i)];
-        const std::string alternative = h.alternative.empty() ? "alt.gif" : h.alternative;
+        const std::string alternative = h.alternative.empty() ? "alt.gif" : attributeUrl(h.alternative);
         StageRequest s;
         s.source = h.urlName;
         s.htmlPath = b.htmlPath;
         s.reduce = isTrue(b.run.album().htmlReduce);
-        const std::string picture = stelleDateiBereit(b.run, s);
+        const std::string picture = attributeUrl(stelleDateiBereit(b.run, s));
         if (h.zoomStart != "Full" && h.zoomStart != "Min") {
             char buf[40];
             std::snprintf(buf, sizeof buf, " %.15g", numericValue(h.zoomStart));

@@ -4,7 +4,9 @@
 
 #include "album/file_io.h"
 #include "html/html_text.h"
+#include "html/generation_run.h"
 #include "html/page_html.h"
+#include "html/safe_text.h"
 #include "html/staging.h"
 
 namespace brindle::html {
@@ -26,16 +28,26 @@ std::string lines(std::initializer_list<std::string> ls) {
     return out;
 }
 
-bool writeText(HtmlRun& run, const std::string& name, const std::string& text) {
-    IoResult io = writeFileAtomic(run.outputDirectory + name, toHtmlBytes(text));
-    if (io.ok) run.fileList.push_back(run.outputDirectory + name);
-    return io.ok;
+// Writes one generated file; a failure is shown and counted.
+bool writeText(HtmlRun& run, const std::string& path, const std::string& text) {
+    IoResult io = writeFileAtomic(path, toHtmlBytes(text));
+    if (io.ok) {
+        run.fileList.push_back(path);
+        return true;
+    }
+    ++run.failedWrites;
+    run.prompter().message(tr(run.language(), "Fehler beim speichern der Datei:", "Error while writing file:") + path,
+                           kIconCritical, tr(run.language(), "Fehler", "Error"));
+    return false;
 }
+
+// A script string in double quotes.
+std::string jq(const std::string& s) { return q(jsString(s, '"')); }
 
 }  // namespace
 
 std::string framesetText(const AlbumRecord& a) {
-    const std::string first = a.pages.upper() >= 1 ? a.pages[1].title : std::string{};
+    const std::string first = a.pages.upper() >= 1 ? pageFileName(a.pages[1].title) : std::string{};
     return lines({"<html>", "<head>", "<title>" + a.title + " wurde mit brindlesee erstellt</title>", "</head>",
                   "<frameset cols=" + q("*") + " rows=" + q("*") + ">",
                   "<frameset cols=" + q("175,*") + " rows=" + q("*") + ">",
@@ -45,7 +57,7 @@ std::string framesetText(const AlbumRecord& a) {
                   "<frame marginwidth=0 marginheight=0 src=" + q("code.html") + " name=" + q("code") +
                       "  scrolling=" + q("no") + " >",
                   "</frameset frameborder=1 framespacing=5 border=5 >",
-                  "<frame marginwidth=0 marginheight=0  src=" + q(first + ".htm") + " name=" + q("text") + " >",
+                  "<frame marginwidth=0 marginheight=0  src=" + q(attributeUrl(first)) + " name=" + q("text") + " >",
                   "</frameset>", "<noframes>",
                   "<p>The <code>NOFRAMES</code> could be help but sorry you have a very old browser change it</p>",
                   "</noframes>", "</frameset>", "</html>"});
@@ -59,11 +71,11 @@ std::string menuText(HtmlRun& run) {
                 " alink=#" + farbeHex(a.style.activeLinkFont.color);
     std::string out = lines({"<html><head><title>Brindlesee Ausweichmenü</title>", "</head>", body + " >",
                              styleOpening(a.style.headingFont), "<p>"});
-    for (int i = 1; i <= a.pageCount && i <= a.pages.upper(); ++i) {
+    for (int i = 1; i <= albumPageCount(a); ++i) {
         LinkRequest l;
         l.link = a.pages[i].title + ".htm";
         l.htmlPath = run.outputDirectory + "menu.html";
-        out += "<a href=" + q(loeseLink(run, l)) + " target=" + q("text") + " >" + "<nobr>" + a.pages[i].title +
+        out += "<a href=" + q(attributeUrl(loeseLink(run, l))) + " target=" + q("text") + " >" + "<nobr>" + a.pages[i].title +
                "</nobr>" + "</a><br>" + kEol;
     }
     return out + lines({"</p>", "</span></body></html>"});
@@ -87,7 +99,7 @@ std::string codeText(const AlbumRecord& a) {
     var("var MTMSubExpandColor = ", "white");
     var("var MTMSubClosedColor = ", "white");
     var("var MTMRootIcon = ", "menu_new_root.gif");
-    var("var MTMenuText = ", a.title);
+    out += "var MTMenuText = " + jq(a.title) + ";" + kEol;
     var("var MTMRootColor = ", "#" + farbeHex(a.menuColor2));
     var("var MTMRootFont = ", "Arial, Helvetica, sans-serif");
     var("var MTMRootCSSize = ", "84%");
@@ -104,9 +116,9 @@ std::string codeText(const AlbumRecord& a) {
                   "MTMIconList.addIcon(new MTMIcon(" + q("menu_link_pdf.gif") + ", " + q(".pdf") + ", " + q("post") +
                       "));",
                   "var menu = null;", "menu = new MTMenu();"});
-    for (int i = 1; i <= a.pageCount && i <= a.pages.upper(); ++i)
-        out += "menu.MTMAddItem(new MTMenuItem(" + q(a.pages[i].title) + "," + q(a.pages[i].title + ".htm") + ", " +
-               q("text") + "));" + kEol;
+    for (int i = 1; i <= albumPageCount(a); ++i)
+        out += "menu.MTMAddItem(new MTMenuItem(" + jq(a.pages[i].title) + "," + jq(pageFileName(a.pages[i].title)) +
+               ", " + q("text") + "));" + kEol;
     out += lines({"</script>", "</head>",
                   "<body onload=" + q("MTMStartMenu()") + " bgcolor=" + q("MTMBGColor") + " text=" + q("#ffffcc") +
                       " link=" + q("yellow") + " vlink=" + q("lime") + " alink=" + q("red") + ">",
@@ -116,23 +128,18 @@ std::string codeText(const AlbumRecord& a) {
 
 void schreibeMenue(HtmlRun& run) {
     const AlbumRecord& a = run.album();
-    if (!writeText(run, a.title + ".html", framesetText(a)))
-        run.prompter().message(tr(run.language(), "Fehler beim speichern der Datei:", "Error while writing file:") +
-                                   run.outputDirectory + a.title + ".html",
-                               kIconCritical, tr(run.language(), "Fehler", "Error"));
-    std::error_code ec;
-    fs::copy_file(run.programDirectory() + "Menü/mtmcode.js", run.outputDirectory + "mtmcode.js",
-                  fs::copy_options::overwrite_existing, ec);
+    writeText(run, framesetPath(run), framesetText(a));
+    run.replaceInstalledFile("Menü/mtmcode.js", "mtmcode.js");
     run.fileList.push_back(run.outputDirectory + "mtmcode.js");
+    std::error_code ec;
     fs::create_directories(run.outputDirectory + "menu-images", ec);
     for (const char* picture : kMenuPictures) {
-        fs::copy_file(run.programDirectory() + "Menü/menu-images/" + picture,
-                      run.outputDirectory + "menu-images/" + picture, fs::copy_options::overwrite_existing, ec);
+        run.replaceInstalledFile(std::string("Menü/menu-images/") + picture, std::string("menu-images/") + picture);
         run.fileList.push_back(run.outputDirectory + "menu-images/" + picture);
     }
-    writeText(run, "menu.html", menuText(run));
+    writeText(run, run.outputDirectory + "menu.html", menuText(run));
     run.fileList.push_back(run.outputDirectory + "menu_empty.html");
-    writeText(run, "code.html", codeText(a));
+    writeText(run, run.outputDirectory + "code.html", codeText(a));
 }
 
 }  // namespace brindle::html

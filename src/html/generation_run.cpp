@@ -5,7 +5,9 @@
 #include "album/paths.h"
 #include "album/zip_archive.h"
 #include "html/frameset.h"
+#include "html/output_files.h"
 #include "html/page_html.h"
+#include "html/safe_text.h"
 
 namespace brindle::html {
 
@@ -66,13 +68,14 @@ bool generiereAlbum(HtmlRun& run, const GenerationCallbacks& cb) {
     else a.htmlDirectory = run.outputDirectory;
     MailSettings mail(a, run.mailMode);
 
-    const int total = a.pageCount + 1 + (run.mailMode ? 1 : 0);
-    for (int i = 1; i <= a.pageCount && i <= a.pages.upper(); ++i) {
+    const int pages = albumPageCount(a);
+    const int total = pages + 1 + (run.mailMode ? 1 : 0);
+    for (int i = 1; i <= pages; ++i) {
         if (cb.cancelled && cb.cancelled()) return false;
         if (skipped(a, i, run.mailMode)) continue;
         const std::string title = a.pages[i].title;
         if (cb.progress) cb.progress(i - 1, total, title + ".htm");
-        const std::string path = run.outputDirectory + title + ".htm";
+        const std::string path = run.outputDirectory + pageFileName(title);
         if (a.pages[i].slot == 0) {
             s.SeiteOeffnen(i, "", true);
             int slot = a.pages[i].slot;
@@ -87,12 +90,12 @@ bool generiereAlbum(HtmlRun& run, const GenerationCallbacks& cb) {
         }
     }
     if (cb.cancelled && cb.cancelled()) return false;
-    if (cb.progress) cb.progress(a.pageCount, total, "Menü.htm");
+    if (cb.progress) cb.progress(pages, total, "Menü.htm");
     schreibeMenue(run);
     if (run.mailMode) {
-        if (cb.progress) cb.progress(a.pageCount + 1, total, a.title + ".zip");
+        if (cb.progress) cb.progress(pages + 1, total, a.title + ".zip");
         std::vector<std::string> list = mailFileList(run);
-        zipAlbum(run, list, run.outputDirectory + "bs" + a.title + ".zip", run.outputDirectory, "");
+        if (!zipAlbum(run, list, mailArchivePath(run), run.outputDirectory, "")) ++run.failedWrites;
     }
     if (cb.progress) cb.progress(total, total, "");
     return true;
@@ -102,6 +105,11 @@ std::vector<std::string> mailFileList(const HtmlRun& run) {
     std::vector<std::string> list = run.fileList;
     for (const char* f : {"pan360.class", "bslake.class", "bsrain.class", "daten.js", "suchscr.js"})
         if (fs::exists(run.outputDirectory + f)) list.push_back(run.outputDirectory + f);
+    // What the pages load in today's browsers travels with them: the
+    // effects script, the full view script under the name the pages use,
+    // and the panorama's stand-in picture.
+    for (const char* f : {"bseffects.js", "panvobilder.js", "alt.gif"})
+        if (fs::exists(run.outputDirectory + f)) list.push_back(run.outputDirectory + f);
     std::size_t start = 0;
     for (std::size_t at; (at = run.usedFiles.find(';', start)) != std::string::npos; start = at + 1)
         if (at > start) list.push_back(run.outputDirectory + run.usedFiles.substr(start, at - start));
@@ -109,6 +117,20 @@ std::vector<std::string> mailFileList(const HtmlRun& run) {
 }
 
 namespace {
+
+// An archive entry that unpacks where it was packed: no "..", no root, no
+// drive letter.
+bool safeEntryName(const std::string& name) {
+    if (name.empty() || isSeparator(name[0])) return false;
+    if (name.size() >= 2 && name[1] == ':') return false;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = name.find_first_of("/\\", start);
+        if (name.compare(start, end == std::string::npos ? std::string::npos : end - start, "..") == 0) return false;
+        if (end == std::string::npos) return true;
+        start = end + 1;
+    }
+}
 
 bool endsWithAny(const std::string& name, const std::string& endings) {
     std::size_t start = 0;
@@ -140,7 +162,10 @@ bool zipAlbum(HtmlRun& run, std::vector<std::string>& fileList, const std::strin
         const double kb = static_cast<double>(fs::file_size(f, ec)) / 1024.0;
         if (kb > run.album().mailIgnoreSize && endsWithAny(f, ignoreEndings)) continue;
         const std::string full = f;
+        // Only files of the album's folder go into the archive.
+        if (!baseDirectory.empty() && !liesInside(full, baseDirectory)) continue;
         if (!baseDirectory.empty() && f.rfind(baseDirectory, 0) == 0) f = f.substr(baseDirectory.size());
+        if (!safeEntryName(f)) continue;
         entries.push_back({f, full});
     }
     std::string error;
@@ -153,9 +178,14 @@ bool zipAlbum(HtmlRun& run, std::vector<std::string>& fileList, const std::strin
     return ok;
 }
 
-std::string mailtoUrl(const HtmlRun& run) {
-    return "mailto:empfaenger@example.invalid ?subject=Hallo&Attach=\"" + run.outputDirectory + "bs" +
-           run.session.state().album.title + ".zip\"";
+std::string mailArchivePath(const HtmlRun& run) {
+    return run.outputDirectory + "bs" + safeFileStem(run.session.state().album.title) + ".zip";
 }
+
+std::string framesetPath(const HtmlRun& run) {
+    return run.outputDirectory + safeFileStem(run.session.state().album.title) + ".html";
+}
+
+std::string mailtoUrl(const HtmlRun& run) { return "mailto:empfaenger@example.invalid ?subject=Hallo&Attach=\"" + mailArchivePath(run) + "\""; }
 
 }  // namespace brindle::html

@@ -21,7 +21,8 @@ struct GenerationCallbacks {
 std::string offeredDirectory(Session& session, bool mailMode);
 
 // Runs the generation into `outputDirectory` (ends in '/'). Returns false
-// when cancelled. `run` receives the file list for the caller.
+// when cancelled. `run` receives the file list for the caller, and counts in
+// `failedWrites` the files that could not be written.
 bool generiereAlbum(HtmlRun& run, const GenerationCallbacks& callbacks = {});
 
 // Mail mode: the file list of the archive, in order.
@@ -29,6 +30,10 @@ std::vector<std::string> mailFileList(const HtmlRun& run);
 // Packs the list into "bs" + title + ".zip"; false after a message.
 bool zipAlbum(HtmlRun& run, std::vector<std::string>& fileList, const std::string& zipPath,
               const std::string& baseDirectory, const std::string& ignoreEndings);
+// The archive "bs" + title + ".zip" and the frameset title + ".html" in the
+// output folder, under the title's safe file name.
+std::string mailArchivePath(const HtmlRun& run);
+std::string framesetPath(const HtmlRun& run);
 // The mailto: URL that opens the default mail program with the archive.
 std::string mailtoUrl(const HtmlRun& run);
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,11 @@ struct HtmlRun {
     bool overwriteAll = false;
     bool overwriteNone = false;
     std::string deferredError;          // what went wrong since the last check
+    // Files of the output that could not be written (pages, web files,
+    // pictures); a run with any is not complete.
+    int failedWrites = 0;
+    // Web pictures written in this run: output name -> what was drawn into it.
+    std::map<std::string, std::string> webPictures;
 
     AlbumRecord& album() { return session.album(); }
     Prompter& prompter() { return session.prompter(); }
@@ -54,6 +60,8 @@ struct HtmlRun {
     const std::string& programDirectory() const { return session.state().programDirectory; }
     // Copies an installed file into the output unless it is there already.
     bool copyInstalledFile(const std::string& name, const std::string& targetName = {});
+    // Copies an installed file over the output's copy; reports a failure.
+    bool replaceInstalledFile(const std::string& name, const std::string& targetName);
 };
 
 }  // namespace brindle::html

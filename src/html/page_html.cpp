@@ -6,6 +6,7 @@
 #include "album/paths.h"
 #include "album/stacking.h"
 #include "html/html_text.h"
+#include "html/safe_text.h"
 #include "html/search_page.h"
 #include "html/staging.h"
 
@@ -22,7 +23,7 @@ std::string buildBodyTag(PageBuild& b) {
         StageRequest s;
         s.source = b.page.background;
         s.htmlPath = b.htmlPath;
-        tag += " background=" + q(stelleDateiBereit(b.run, s));
+        tag += " background=" + q(attributeUrl(stelleDateiBereit(b.run, s)));
     } else {
         tag += " bgcolor=#" + farbeHex(b.page.backgroundColor);
     }
@@ -70,7 +71,7 @@ std::string textBlock(PageBuild& b, int i, std::string& tipScript) {
         l.htmlPath = b.htmlPath;
         l.pageIndex = b.pageIndex;
         l.page = &b.page;
-        open = "<a href=" + q(loeseLink(b.run, l)) + linkTarget(t.ext.extLong[3]) + ">";
+        open = "<a href=" + q(attributeUrl(loeseLink(b.run, l))) + linkTarget(t.ext.extLong[3]) + ">";
         close = "</a>";
     }
     if (tipMode != 0) tipScript += tipScriptFor(i, t.ext.extText[1]);
@@ -100,15 +101,16 @@ std::string buttonLine(PageBuild& b, const std::string& target, const std::strin
     StageRequest s;
     s.source = picture;
     s.htmlPath = b.htmlPath;
-    return "<a href=" + q(loeseLink(b.run, l)) + " Target=" + q("_self") + ">" + "<img src=" +
-           q(stelleDateiBereit(b.run, s)) + " BORDER = 0 ALT=" + q(alt) + ">" + "</a>";
+    return "<a href=" + q(attributeUrl(loeseLink(b.run, l))) + " Target=" + q("_self") + ">" + "<img src=" +
+           q(attributeUrl(stelleDateiBereit(b.run, s))) + " BORDER = 0 ALT=" + q(alt) + ">" + "</a>";
 }
 
-bool contentsPageOpen(HtmlRun& run) {
+// The contents button leads somewhere only when the album lists a contents
+// page; whether that page happens to be open does not matter.
+bool hasContentsPage(HtmlRun& run) {
     const AlbumRecord& a = run.album();
     for (int i = 1; i <= a.pages.upper(); ++i)
-        if ((a.pages[i].title == "Inhalt" || a.pages[i].title == "AlbumDirectory") && a.pages[i].slot > 0)
-            return true;
+        if (a.pages[i].title == "Inhalt" || a.pages[i].title == "AlbumDirectory") return true;
     return false;
 }
 
@@ -172,7 +174,7 @@ bool schreibeSeiteHTML(HtmlRun& run, const std::string& path, int slot, int page
         s.source = page.music;
         s.htmlPath = path;
         music = stelleDateiBereit(run, s);
-        out += "<bgsound src=" + q(music) + " loop=infinite>" + kEol + kEol;
+        out += "<bgsound src=" + q(attributeUrl(music)) + " loop=infinite>" + kEol + kEol;
     }
     const int forward = autoForwardSeconds(page.props);
     if (forward != 0) {
@@ -181,18 +183,18 @@ bool schreibeSeiteHTML(HtmlRun& run, const std::string& path, int slot, int page
         l.pageIndex = pageIndex;
         l.htmlPath = path;
         out += "<meta http-equiv=" + q("refresh") + " content=" +
-               q(std::to_string(forward > 0 ? forward : -forward) + "; URL=" + loeseLink(run, l)) + ">" + kEol;
+               q(std::to_string(forward > 0 ? forward : -forward) + "; URL=" + attributeUrl(loeseLink(run, l))) + ">" + kEol;
     }
     out += std::string("</head>") + kEol;
     checkDeferredError(run, path);
     out += b.bodyTag + kEol + kEol + "<P ALIGN=CENTER>" + kEol;
     if (!page.props.backButton.empty()) out += buttonLine(b, "<zurück>", page.props.backButton, "Zurück") + kEol;
-    if (!page.props.contentsButton.empty() && contentsPageOpen(run))
+    if (!page.props.contentsButton.empty() && hasContentsPage(run))
         out += buttonLine(b, "<inhalt>", page.props.contentsButton, inhaltTitel(run.session)) + kEol;
     if (!page.props.forwardButton.empty()) out += buttonLine(b, "<vor>", page.props.forwardButton, "Vor") + kEol;
     out += std::string("</P>") + kEol + kEol;
     checkDeferredError(run, path);
-    if (!music.empty()) out += "<embed src=" + q(music) + " WIDTH=1 HEIGHT=1 autostart=true hidden=true>" + kEol + kEol;
+    if (!music.empty()) out += "<embed src=" + q(attributeUrl(music)) + " WIDTH=1 HEIGHT=1 autostart=true hidden=true>" + kEol + kEol;
     checkDeferredError(run, path);
     bool applets = false;
     for (std::size_t i = 1; i < html.size(); ++i) {
@@ -206,7 +208,10 @@ bool schreibeSeiteHTML(HtmlRun& run, const std::string& path, int slot, int page
     }
     out += std::string("</body>") + kEol + "</html>" + kEol;
     IoResult io = writeFileAtomic(path, toHtmlBytes(out));
-    if (!io.ok) run.deferredError = io.error;
+    if (!io.ok) {
+        run.deferredError = io.error;
+        ++run.failedWrites;
+    }
     checkDeferredError(run, path);
     return io.ok;
 }

@@ -8,6 +8,7 @@
 #include "album/page_file.h"
 #include "album/paths.h"
 #include "html/html_text.h"
+#include "html/safe_text.h"
 
 namespace brindle::html {
 
@@ -33,6 +34,7 @@ void copySearchScript(HtmlRun& run, const std::string& bodyTag) {
     std::string text;
     if (!readWholeFile(run.programDirectory() + "suchscr.js", text).ok) {
         run.deferredError = "suchscr.js: No such file or directory";
+        ++run.failedWrites;
         return;
     }
     std::string out, line;
@@ -43,7 +45,10 @@ void copySearchScript(HtmlRun& run, const std::string& bodyTag) {
         out += line + kEol;
     }
     IoResult io = writeFileAtomic(run.outputDirectory + "suchscr.js", toHtmlBytes(out));
-    if (!io.ok) run.deferredError = io.error;
+    if (!io.ok) {
+        run.deferredError = io.error;
+        ++run.failedWrites;
+    }
 }
 
 }  // namespace
@@ -109,7 +114,7 @@ std::string suchFormular(int y, int x, Language lang) {
 std::string datenbankText(Session& session) {
     const AlbumRecord& a = session.album();
     std::string out = std::string("var p = new Array(); // Sammlung aller Seiten") + kEol + kEol;
-    for (int i = 1; i <= a.pages.upper(); ++i) {
+    for (int i = 1; i <= albumPageCount(a); ++i) {
         const PageEntry& e = a.pages[i];
         PageFile file;
         if (e.fileName.empty() || !readPageFile(e.directory + e.fileName, a.pageDefaults, file).ok()) continue;
@@ -121,12 +126,14 @@ std::string datenbankText(Session& session) {
                 pictures += fileNameOf(p.panoramas[k].hotspots[static_cast<std::size_t>(h)].urlName) + " ";
         for (int k = 1; k <= p.texts.upper(); ++k) keywords += p.texts[k].text + " ";
         keywords = replaceChars(keywords, "\r\n'", ' ');
+        // Every value is a script string: escaped, so no text ends it.
+        auto js = [](const std::string& v) { return jsString(v, '\''); };
         out += std::string("p[p.length]          = new Eintrag();") + kEol;
-        out += "p[p.length-1].kw     = 'Brindlesee," + keywords + "';" + kEol;
-        out += "p[p.length-1].url    = '" + e.title + ".htm';" + kEol;
-        out += "p[p.length-1].Bilder = '" + pictures + "'" + kEol;
-        out += "p[p.length-1].title  = '" + p.title + "';" + kEol;
-        out += "p[p.length-1].desc = '" + p.description + "'" + kEol;
+        out += "p[p.length-1].kw     = 'Brindlesee," + js(keywords) + "';" + kEol;
+        out += "p[p.length-1].url    = '" + js(pageFileName(e.title)) + "';" + kEol;
+        out += "p[p.length-1].Bilder = '" + js(pictures) + "'" + kEol;
+        out += "p[p.length-1].title  = '" + js(p.title) + "';" + kEol;
+        out += "p[p.length-1].desc = '" + js(p.description) + "'" + kEol;
         out += kEol;
     }
     for (const char* line : {"for (var i=0; i < p.length; i++)", "  p[i].kw = splitter(p[i].kw);",
@@ -152,7 +159,7 @@ std::string searchBlock(PageBuild& b, int index) {
     b.searchScripts = "<script language=" + q("JavaScript1.1") + " type=" + q("text/javascript") + " src=" +
                       q("suchscr.js") + ">" + kEol + "</script>" + kEol + "<script language=" + q("JavaScript1.1") +
                       " type=" + q("text/javascript") + " src=" + q("daten.js") + ">" + kEol + "</script>";
-    datenbankSchreiben(b.run.session, b.run.outputDirectory);
+    if (!datenbankSchreiben(b.run.session, b.run.outputDirectory)) ++b.run.failedWrites;
     copySearchScript(b.run, b.bodyTag);
     int w = 0, buttonHeight = 0;
     if (!b.page.props.contentsButton.empty() && b.run.pictures.pictureSize)
@@ -198,12 +205,12 @@ std::vector<std::string> sucheImAlbum(Session& session, const std::string& input
     while (std::getline(in, line)) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (expectKeywords && line.size() > 22) {
-            keywords = replaceChars(line.substr(22), "';,", ' ');
+            keywords = replaceChars(jsUnescape(line.substr(22)), "';,", ' ');
             if (!matchCase) keywords = utf8Lower(keywords);
         } else if (line.rfind("p[p.length-1].url    = '", 0) == 0 && !keywords.empty()) {
             bool all = std::all_of(words.begin(), words.end(),
                                    [&](const std::string& w) { return keywords.find(w) != std::string::npos; });
-            if (all) found.push_back(line.substr(24, line.size() - 26));
+            if (all) found.push_back(jsUnescape(line.substr(24, line.size() - 26)));
             keywords.clear();
         }
         expectKeywords = line.find("new Eintrag") != std::string::npos && line.find("function") == std::string::npos;

@@ -5,19 +5,13 @@
 #include "album/encoding.h"
 #include "album/paths.h"
 #include "html/html_text.h"
+#include "html/output_files.h"
+#include "html/safe_text.h"
+#include "html/web_picture_names.h"
 
 namespace brindle::html {
 
 namespace fs = std::filesystem;
-
-bool HtmlRun::copyInstalledFile(const std::string& name, const std::string& targetName) {
-    const std::string target = outputDirectory + (targetName.empty() ? name : targetName);
-    if (fs::exists(target)) return true;
-    std::error_code ec;
-    fs::copy_file(programDirectory() + name, target, ec);
-    if (ec) deferredError = ec.message() + ": " + programDirectory() + name;
-    return !ec;
-}
 
 namespace {
 
@@ -47,13 +41,6 @@ void showError(HtmlRun& run, const char* de, const char* en, const std::string& 
                            tr(run.language(), "Fehler", "Error"));
 }
 
-bool copyFile(const std::string& from, const std::string& to, std::string& error) {
-    std::error_code ec;
-    fs::copy_file(from, to, fs::copy_options::overwrite_existing, ec);
-    error = ec.message();
-    return !ec;
-}
-
 // Copies a file that is used unchanged, asking before replacing a file of
 // the same name and another size.
 void copyUnchanged(HtmlRun& run, const StageRequest& r, const std::string& name, const std::string& htmlName) {
@@ -61,12 +48,14 @@ void copyUnchanged(HtmlRun& run, const StageRequest& r, const std::string& name,
     std::string source = r.source;
     if (source.find_first_of("/\\") == std::string::npos) source = run.programDirectory() + source;
     std::string error;
-    if (!fs::exists(target)) {
-        if (!copyFile(source, target, error))
-            showError(run, "Fehler beim Kopieren der Datei: ", "Error while copying the file: ", source, error);
+    std::error_code ec;
+    if (!fs::exists(target, ec)) {
+        if (!copyFileAtomic(source, target, error)) {
+            if (fs::exists(source, ec)) reportCopyFailure(run, source, error);
+            else showError(run, "Fehler beim Kopieren der Datei: ", "Error while copying the file: ", source, error);
+        }
         return;
     }
-    std::error_code ec;
     if (!fs::exists(source, ec)) {
         showError(run, "Datei wurde nicht gefunden: ", "File not found: ", source, "No such file or directory");
         return;
@@ -83,9 +72,10 @@ void copyUnchanged(HtmlRun& run, const StageRequest& r, const std::string& name,
         if (answer == kNoToAll) run.overwriteNone = true;
     }
     // The replacement goes to the HTML file's name followed by the picture's
-    // name, without a folder, as the album has always done.
-    if ((answer == kYes || answer == kYesToAll) && !copyFile(source, htmlName + name, error))
-        showError(run, "Fehler beim Kopieren der Datei: ", "Error while copying the file: ", source, error);
+    // name, as the album has always done, but inside the output folder: a
+    // run writes nowhere else.
+    if ((answer == kYes || answer == kYesToAll) && !copyFileAtomic(source, run.outputDirectory + htmlName + name, error))
+        reportCopyFailure(run, source, error);
 }
 
 }  // namespace
@@ -107,17 +97,21 @@ std::string stelleDateiBereit(HtmlRun& run, const StageRequest& r) {
     const bool jpeg = endsWithNoCase(lowerSource, "jpg") || endsWithNoCase(lowerSource, "jpeg");
     std::string result;
     if ((shrink && jpeg) || hasFrame(frame) || hasAnimation(anim) || r.rotation != 0) {
-        result = "BSThumb" + name;
         const bool negative = r.width < 0 || r.height < 0 || r.pictureWidth < 0 || r.pictureHeight < 0;
-        if (!r.doNotWrite && !negative && run.pictures.writeWebPicture) {
-            WebPicture p{r.source, run.outputDirectory + result, r.height, r.width, album.htmlJpegQuality,
-                         r.frameSpec, r.animationSpec, r.rotation, r.boxWidth, r.boxHeight};
+        WebPicture p{r.source, {}, r.height, r.width, album.htmlJpegQuality,
+                     r.frameSpec, r.animationSpec, r.rotation, r.boxWidth, r.boxHeight};
+        bool drawn = false;
+        result = webPictureName(run, "BSThumb" + name, p, !r.doNotWrite && !negative, drawn);
+        if (!r.doNotWrite && !negative && !drawn && run.pictures.writeWebPicture) {
+            p.target = run.outputDirectory + result;
             std::string error;
-            if (!run.pictures.writeWebPicture(p, error) && !error.empty())
+            if (!run.pictures.writeWebPicture(p, error) && !error.empty()) {
+                if (error.rfind("cannot load", 0) != 0) ++run.failedWrites;
                 run.prompter().message(
                     tr(run.language(), "Speichern des Bildes ", "Saving of the picture ") + p.target +
                         tr(run.language(), " mißlungen!", " fault!"),
                     kIconCritical, "Fehler");
+            }
         }
     } else if (!isTrue(album.relativeOnlyUnrelated) || !startsWith(lowerSource, root)) {
         copyUnchanged(run, r, name, htmlName);
@@ -148,9 +142,9 @@ std::string suchenTitel(const Session& s) { return specialTitle(s, "Suchen", "Se
 std::string loeseLink(HtmlRun& run, const LinkRequest& r) {
     if (r.link.empty()) return {};
     const AlbumRecord& a = run.album();
-    const int count = a.pageCount;
-    auto pageUrl = [&](int i) { return a.pages[i].title + ".htm"; };
-    if (r.link == "<inhalt>") return inhaltTitel(run.session) + ".htm";
+    const int count = albumPageCount(a);
+    auto pageUrl = [&](int i) { return pageFileName(a.pages[i].title); };
+    if (r.link == "<inhalt>") return pageFileName(inhaltTitel(run.session));
     if (r.link == "<vor>") {
         if (count < 1) return {};
         if (r.pageIndex == 0) return count >= 2 ? pageUrl(2) : std::string{};
@@ -159,7 +153,7 @@ std::string loeseLink(HtmlRun& run, const LinkRequest& r) {
         return pageUrl(r.pageIndex + 1);
     }
     if (r.link == "<zurück>") {
-        if (r.pageIndex == 0 || count < 1) return {};
+        if (r.pageIndex <= 0 || count < 1) return {};
         if (r.pageIndex == 1) return pageUrl(count);
         return r.pageIndex <= count ? pageUrl(r.pageIndex - 1) : std::string{};
     }
@@ -175,11 +169,11 @@ std::string loeseLink(HtmlRun& run, const LinkRequest& r) {
         s.pictureHeight = r.pictureHeight;
         return stelleDateiBereit(run, s);
     }
-    if (r.link.size() > 4 && endsWithNoCase(r.link, ".htm")) {
-        std::string stem = r.link.substr(0, r.link.size() - 4);
-        for (int i = 1; i <= a.pages.upper(); ++i)
-            if (a.pages[i].title == stem) return stem + ".htm";
-    }
+    // A page of the album, named by its title with or without ".htm".
+    std::string stem = r.link;
+    if (stem.size() > 4 && endsWithNoCase(stem, ".htm")) stem.resize(stem.size() - 4);
+    for (int i = 1; i <= a.pages.upper(); ++i)
+        if (a.pages[i].title == stem) return pageFileName(stem);
     // A link with a folder in it is a file of the album.
     if (r.link.find('\\') != std::string::npos || (!r.link.empty() && r.link[0] == '/')) {
         StageRequest s;

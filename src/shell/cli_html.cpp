@@ -72,11 +72,17 @@ int html(const Args& args) {
     cb.progress = [](int done, int total, const std::string& status) {
         if (!status.empty()) std::cerr << "[" << done + 1 << "/" << total << "] " << status << "\n";
     };
-    bool ok = html::generiereAlbum(run, cb);
+    const bool finished = html::generiereAlbum(run, cb);
     if (mail) std::cerr << html::mailtoUrl(run) << "\n";
+    const std::string frameset = html::framesetPath(run);
     finishSession(session);
-    std::cout << out << session.album().title << ".html\n";
-    return ok ? 0 : 1;
+    if (!finished) return 1;
+    // An album with files missing is no album to open: no path, status 1.
+    if (run.failedWrites > 0)
+        return fail("the HTML album is incomplete: " + std::to_string(run.failedWrites) +
+                    " file(s) could not be written in " + out);
+    std::cout << frameset << "\n";
+    return 0;
 }
 
 }  // namespace brindle::cli

@@ -148,7 +148,7 @@ void MainWindow::HTMLAlbumGenerieren(bool mail) {
         if (isTrue(s.album().openDefaultMail)) QDesktopServices::openUrl(QUrl(QString::fromStdString(html::mailtoUrl(run))));
         return;
     }
-    const std::string start = run.outputDirectory + s.album().title + ".html";
+    const std::string start = html::framesetPath(run);
     const int answer = prompter_.message(
         std::string(t("Das HTML-Album wurde erstellt:", "The HTML album has been generated:")) + "\r" + start + "\r\r" +
             t("Möchten Sie es jetzt im Browser ansehen?", "Would you like to view it in the browser now?"),

@@ -23,6 +23,12 @@ TEST(SchriftAnpassen, GrowsByTwoThenShrinksByOne) {
         {3, 3, "abcdefgh", 4, 3, {8, 4}},
         {3, 3, "abcdefghijklmnop", 4, 1, {16, 1}},  // never below 1
         {40, 26, "abcd", 0, 17, {32, 22}},   // size 0 starts at 9: 9, 11, ..., 17
+        // Exactly at the boundaries: 5 pixels inside still grows, 5 pixels
+        // outside does not shrink yet.
+        {25, 100, "abcd", 10, 12, {24, 16}},  // 20 + 5 fits 25: grows once
+        {200, 18, "ab", 10, 12, {12, 16}},    // 13 + 5 fits 18: grows once
+        {55, 100, "abcd", 30, 30, {60, 40}},  // 60 - 5 is not above 55
+        {200, 35, "ab", 30, 30, {30, 40}},    // 40 - 5 is not above 35
     };
     for (const FitRow& r : rows) {
         SCOPED_TRACE(testing::Message() << r.text << " in " << r.width << "x" << r.height << " from " << r.start);
@@ -46,6 +52,8 @@ TEST(TextUmbrechen, BreaksOnlyWhereNoBlankStands) {
         {40, "eins\r\nzwei", "eins\r\nzwei"},        // a hard break comes back
         {40, "eins\r\n zwei", "eins zwei"},          // a blank at the next line's start joins
         {200, "kurz", "kurz"},
+        {40, "abcdefghij", "abcdefghij"},            // exactly the box's 50 pixels: one line
+        {40, "abcdefghijk", "abcdefghij\r\nk"},
     };
     for (const WrapRow& r : rows) {
         SCOPED_TRACE(r.text);

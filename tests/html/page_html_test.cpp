@@ -8,62 +8,10 @@
 #include "html/page_html.h"
 #include "html/search_page.h"
 #include "html/staging.h"
-#include "support/session_fixture.h"
+#include "html_fixture.h"
 
 namespace brindle::html {
 namespace {
-
-namespace fs = std::filesystem;
-
-// Lines joined with CR LF, each line ended.
-std::string crlf(std::initializer_list<std::string> lines) {
-    std::string s;
-    for (const auto& l : lines) s += l + "\r\n";
-    return s;
-}
-
-StageRequest stage(const std::string& source, const std::string& html, bool reduce, int w = 0, int h = 0,
-                   int pw = 0, int ph = 0) {
-    StageRequest r;
-    r.source = source;
-    r.htmlPath = html;
-    r.reduce = reduce;
-    r.width = w;
-    r.height = h;
-    r.pictureWidth = pw;
-    r.pictureHeight = ph;
-    return r;
-}
-
-class HtmlTest : public test::SessionTest {
-protected:
-    Session& freshAlbum(int pages) {
-        Session& s = start();
-        AlbumRecord& a = s.album();
-        a.pageDefaults.background.clear();
-        a.pageDefaults.props = PageProps{};
-        for (int i = 0; i < pages; ++i) s.neueSeite("", false);
-        fs::create_directories(path("out"));
-        run = std::make_unique<HtmlRun>(s, path("out/"));
-        return s;
-    }
-    std::string writePage(int index) {
-        int slot = session->album().pages[index].slot;
-        const std::string file = path("out/") + session->album().pages[index].title + ".htm";
-        EXPECT_TRUE(schreibeSeiteHTML(*run, file, slot, index));
-        return readBytes("out/" + session->album().pages[index].title + ".htm");
-    }
-    PageRecord& page(int index) { return session->page(session->album().pages[index].slot); }
-    // The element lines of a written page, between the button row and the end.
-    std::string elements(const std::string& html) {
-        const std::string start = "</P>\r\n\r\n";
-        std::size_t a = html.find(start) + start.size();
-        std::size_t b = html.rfind("</body>");
-        return html.substr(a, b - a);
-    }
-
-    std::unique_ptr<HtmlRun> run;
-};
 
 TEST_F(HtmlTest, APageWithoutElements) {
     freshAlbum(1);
@@ -171,18 +119,21 @@ TEST_F(HtmlTest, EffectsAndPlainPictures) {
                     "<div style=\"position:absolute; top:5px; left:7px; width:200px; height:100px\">",
                     "<applet CODE=\"bsrain.class\" width=200 height=100>", "<PARAM NAME=speed VALUE=\"4\">",
                     "<PARAM NAME=snowmodus VALUE=\"1\">", "<PARAM NAME=rahmenbreite VALUE=\"10\">",
-                    "<PARAM NAME=anzahl VALUE=\"1100\">", "<PARAM NAME=picture VALUE=\"BSThumbbild.gif\">",
+                    "<PARAM NAME=anzahl VALUE=\"1100\">", "<PARAM NAME=picture VALUE=\"BSThumbbild_2.gif\">",
                     "</applet></div>", "",
                     "<div style=\"position:absolute; top:-5px; left:7px; width:200px; height:100px\">",
-                    "<p><img src=\"BSThumbbild.gif\" width=\"200\" height=\"100\" border=0></p>", "</div>", "",
+                    "<p><img src=\"BSThumbbild_3.gif\" width=\"200\" height=\"100\" border=0></p>", "</div>", "",
                     "<div style=\"position:absolute; top:-5px; left:7px; width:200px; height:100px\">",
                     "<p><img src=\"bild.gif\" width=\"200\" height=\"100\" border=0></p>", "</div>", "",
                     "<div style=\"position:absolute; top:5px; left:7px; width:200px; height:100px\">",
                     "<applet CODE=\"bslake.class\" width=200 height=100>", "<PARAM NAME=speed VALUE=\"2\">",
                     "<PARAM NAME=URL VALUE=\"http://example.org/\">", "<PARAM NAME=target VALUE=\"_top\">",
-                    "<PARAM NAME=picture VALUE=\"BSThumbbild.gif\">", "</applet></div>", "",
+                    "<PARAM NAME=picture VALUE=\"BSThumbbild_4.gif\">", "</applet></div>", "",
                     "<script src=\"bseffects.js\"></script>"}));
-    EXPECT_EQ(written.size(), 4u);  // rain, snow, underwater and lake are prepared; the plain GIF is copied
+    // Rain, snow, underwater and lake are prepared, each into its own file;
+    // the plain GIF is copied.
+    EXPECT_EQ(written, (std::vector<std::string>{path("out/BSThumbbild.gif"), path("out/BSThumbbild_2.gif"),
+                                                 path("out/BSThumbbild_3.gif"), path("out/BSThumbbild_4.gif")}));
     EXPECT_TRUE(dateiVorhanden(path("out/bild.gif")));
     EXPECT_TRUE(dateiVorhanden(path("out/bsrain.class")));
     EXPECT_TRUE(dateiVorhanden(path("out/bseffects.js")));

@@ -136,6 +136,27 @@ test('the frameset shows the tree with every page and the first page beside it',
   await page.screenshot({ path: path.join(outputDir(), 'sample-frameset.png') });
 });
 
+test('the front cover and the lake each have their own picture of the same source', async () => {
+  const cover = fs.readFileSync(path.join(out, 'Umschlag Vorne.htm'), 'latin1');
+  const effects = fs.readFileSync(path.join(out, 'Effekte.htm'), 'latin1');
+  assert.match(cover, /<p><img src="BSThumbmorgen am see\.jpg" width="420" height="280" border=0><\/p>/);
+  assert.match(effects, /<PARAM NAME=picture VALUE="BSThumbmorgen am see_2\.jpg">/);
+  await openPage('Umschlag Vorne');
+  await loaded(text());
+  // The framed cover picture is whole: its lower half is no lake's black.
+  const lower = await text().evaluate(() => {
+    const img = document.querySelector('img[src="BSThumbmorgen am see.jpg"]');
+    const c = document.createElement('canvas');
+    c.width = img.naturalWidth;
+    c.height = img.naturalHeight;
+    const g = c.getContext('2d');
+    g.drawImage(img, 0, 0);
+    const d = g.getImageData(c.width / 2, Math.floor(c.height * 0.8), 1, 1).data;
+    return d[0] + d[1] + d[2];
+  });
+  assert.ok(lower > 60, `the cover's lower part is not black (${lower})`);
+});
+
 test('a click on an entry loads its page into "text" and the mark follows', async () => {
   for (const title of ['Effekte', FORWARDING, 'Rundblick', 'Inhalt', 'Umschlag Vorne']) {
     await openPage(title);
@@ -232,8 +253,9 @@ test('every effect canvas moves, and a click on the linked lake follows its link
   const kinds = await frame.evaluate(() => Array.from(document.querySelectorAll('canvas.bseffect'), (c) => c.dataset.effect));
   assert.deepStrictEqual(kinds, ['bslake', 'bsrain', 'bsrain', 'bspano']);
   assert.strictEqual(await frame.locator('applet').count(), 0);
-  // The underwater picture was made in advance: a plain picture.
-  assert.strictEqual(await frame.locator('img[src="BSThumbmittag am meer.jpg"]').count(), 1);
+  // The underwater picture was made in advance: a plain picture, in a file
+  // of its own beside the rain's picture of the same source.
+  assert.strictEqual(await frame.locator('img[src="BSThumbmittag am meer_2.jpg"]').count(), 1);
   await until(
     () => frame.evaluate(() => Array.from(document.querySelectorAll('canvas.bseffect')).every((c) => c.bseffect.picture)),
     'the pictures of the effects',
@@ -264,7 +286,8 @@ test('the panorama turns by itself and its lighthouse leads to the mountains', a
   assert.ok(spot.x > 0 && spot.x < box.width && spot.y > 0 && spot.y < box.height, `hotspot at ${JSON.stringify(spot)}`);
   await page.mouse.click(box.x + spot.x, box.y + spot.y);
   await until(() => viewer.getAttribute('data-index').then((v) => v === '1'), 'the hotspot\'s picture');
-  assert.strictEqual(await viewer.getAttribute('data-picture'), 'BSThumbbergpanorama.jpg');
+  // The panorama's own picture, not the effect page's strip of the same source.
+  assert.strictEqual(await viewer.getAttribute('data-picture'), 'BSThumbbergpanorama_2.jpg');
 });
 
 test('opened as local files, the fallback menu and every link of the pages work', async () => {
