@@ -40,8 +40,15 @@ FileResult writeAlbumFile(const std::string& path, const AlbumRecord& album) {
     return writeEncodedFile(path, r, bytes);
 }
 
+void matchPageCountToList(AlbumRecord& album) {
+    if (album.pages.upper() < 0 || !album.pages.allocated()) album.pages.resetToDummy();
+    if (album.pages.upper() > kMaxPageCount) album.pages.resize(kMaxPageCount);
+    album.pageCount = static_cast<std::int16_t>(album.pages.upper());
+}
+
 void finishAlbumLoad(AlbumRecord& album, const std::string& path) {
     album.modified = kFalse;
+    matchPageCountToList(album);
     // Files from before the menu colours carry three zeros.
     if (album.menuColor1 == 0 && album.menuColor2 == 0 && album.menuColor3 == 0) {
         album.menuColor1 = 0x800000;

@@ -31,6 +31,12 @@ FileResult encodeAlbum(const AlbumRecord& album, std::string& bytes);
 FileResult readAlbumFile(const std::string& path, AlbumFile& out);
 FileResult writeAlbumFile(const std::string& path, const AlbumRecord& album);
 
+// The count is stored beside the list and files from outside may disagree;
+// the list is what holds the pages, so the count follows it (at most what
+// an i16 holds).
+inline constexpr int kMaxPageCount = 32767;
+void matchPageCountToList(AlbumRecord& album);
+
 // What the reader does with a good record before the album is used: the
 // stored slots and directory are not trusted, titles come from the path.
 void finishAlbumLoad(AlbumRecord& album, const std::string& path);

@@ -1,6 +1,7 @@
 #include "album/path_repair.h"
 
 #include <array>
+#include <filesystem>
 
 #include "album/encoding.h"
 #include "album/paths.h"
@@ -38,6 +39,11 @@ std::string replaceAll(const std::string& s, const std::string& what, const std:
 // stored path from its 37th character on.
 std::string underProgramDirectory(const std::string& path, const std::string& programDirectory) {
     return withoutTrailingSeparator(programDirectory) + toNative(utf8From(path, kInstallPathLength));
+}
+
+bool sameFile(const std::string& a, const std::string& b) {
+    std::error_code ec;
+    return std::filesystem::equivalent(a, b, ec);
 }
 
 bool startsWithFormerInstallPath(const std::string& path) {
@@ -114,6 +120,9 @@ bool sucheBild(std::string& path, const std::string& programDirectory, const std
         path = candidate;
         return true;
     };
+    // A picture beside the album comes first: the install-path rule below
+    // turns every short path into the program directory itself.
+    if (!albumDirectory.empty() && !file.empty() && take(albumDirectory + file)) return true;
     // Whatever the path starts with, only the install path's length is assumed.
     if (take(underProgramDirectory(path, programDirectory))) return true;
 #ifdef _WIN32
@@ -123,7 +132,6 @@ bool sucheBild(std::string& path, const std::string& programDirectory, const std
     // Pictures renamed by a camera or a tool.
     if (take(replaceAll(path, "DSC", "DSD"))) return true;
     if (take(replaceAll(path, "IMG", "IMF"))) return true;
-    if (!albumDirectory.empty() && !file.empty() && take(albumDirectory + file)) return true;
     return dateiVorhanden(path);
 }
 
@@ -134,8 +142,12 @@ std::string korrigiereVerschobenesAlbum(AlbumRecord& album, Language lang, const
     for (int i = 1; i <= last; ++i) {
         PageEntry& page = album.pages[i];
         const std::string stored = page.directory + page.fileName;
-        if (page.fileName.empty() || dateiVorhanden(stored)) continue;
-        if (!dateiVorhanden(album.directory + page.fileName)) {
+        if (page.fileName.empty()) continue;
+        // A copied album works on the copies beside it, never on the pages
+        // of the album it was copied from.
+        const bool beside = !album.directory.empty() && dateiVorhanden(album.directory + page.fileName);
+        if (dateiVorhanden(stored) && (!beside || sameFile(stored, album.directory + page.fileName))) continue;
+        if (!beside) {
             message += tr(lang, "\r Datei ", "\r File ") + stored + tr(lang, " nicht gefunden!", " not found!");
             continue;
         }

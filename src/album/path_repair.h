@@ -23,7 +23,8 @@ bool korrigierePfad(std::string& path, const std::string& programDirectory, cons
 // directory. Returns whether `path` names an existing file now.
 bool sucheBild(std::string& path, const std::string& programDirectory, const std::string& albumDirectory = {});
 
-// Adopts pages of a moved album that lie beside the album file. Returns the
+// Adopts pages of a moved or copied album that lie beside the album file:
+// a page file beside the album wins over the stored folder. Returns the
 // message to show (empty for none); the album is marked modified when an
 // entry changed.
 std::string korrigiereVerschobenesAlbum(AlbumRecord& album, Language lang, const LogSink& log = {});

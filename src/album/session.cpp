@@ -133,6 +133,7 @@ void Session::AlbumNeu() {
     }
     logLine("Module 2 -  Album Neu - File New starten");
     neueSeite("", false);
+    s_.album.modified = kFalse;  // a fresh album with its first page has nothing to save yet
     logLine("Module 2 -  Album Neu - AktualisiereAlbumExplorer");
     refresh();
 }
@@ -205,7 +206,11 @@ bool Session::AlbumSpeichern(bool saveAs) {
 }
 
 bool Session::schreibeAlbum(const std::string& path) {
-    if (endsWithNoCase(path, ".vor")) return schreibeVorlage(*this, path);
+    if (endsWithNoCase(path, ".vor")) {
+        if (schreibeVorlage(*this, path)) return true;
+        ++failedWrites_;
+        return false;
+    }
     AlbumRecord& a = s_.album;
     s_.lastAlbumPath = path;
     if (!isTrue(a.modified)) return true;  // nothing to write, whatever the caller wanted
@@ -213,6 +218,7 @@ bool Session::schreibeAlbum(const std::string& path) {
     refresh();
     FileResult r = writeAlbumFile(path, a);
     if (!r.ok()) {
+        ++failedWrites_;
         prompter_.message(fileMessage(r, s_.language), kIconCritical, msgTitleError());
         return false;
     }
@@ -315,8 +321,10 @@ int Session::neueSeite(const std::string& title, bool hidden) {
     if (!hidden) {
         std::string name = title.empty() ? seitenName() : title;
         s_.album.pages.add() = PageEntry{name, "", "", static_cast<std::int16_t>(slot)};
-        ++s_.album.pageCount;
-        if (s_.album.pageCount > 1) s_.album.modified = kTrue;
+        s_.album.pageCount = static_cast<std::int16_t>(s_.album.pages.upper());
+        // The list changed, also for the first page of an album without
+        // pages; AlbumNeu clears this again for its fresh album.
+        s_.album.modified = kTrue;
         if (PageEditor* e = editor(slot)) {
             e->setCaption(name);
             e->show();
@@ -326,67 +334,104 @@ int Session::neueSeite(const std::string& title, bool hidden) {
     return slot;
 }
 
-bool Session::leseSeite(const std::string& path, int slot, bool hidden) {
-    int entry = entryOfSlot(slot);
-    bool cover = entry && isCover(s_.album.pages[entry].title);
-    PageFile file;
-    FileResult r = readPageFile(path, cover ? s_.album.coverDefaults : s_.album.pageDefaults, file);
-    if (!r.ok()) {
-        prompter_.message(fileMessage(r, s_.language), kIconCritical, msgTitleError());
-        return false;
-    }
+bool Session::readPageForSession(const std::string& path, bool cover, PageFile& out) {
+    FileResult r = readPageFile(path, cover ? s_.album.coverDefaults : s_.album.pageDefaults, out);
+    if (r.ok()) return true;
+    prompter_.message(fileMessage(r, s_.language), kIconCritical, msgTitleError());
+    return false;
+}
+
+void Session::installPage(int slot, PageRecord read, bool hidden) {
     PageRecord& page = s_.pageRecords[slot];
-    page = std::move(file.page);
+    page = std::move(read);
     fillPageTexts(page, s_.album.title);
     for (int i = 1; i <= page.pictures.upper(); ++i)
         sucheBild(page.pictures[i].path, s_.programDirectory, s_.album.directory);
     for (int i = 1; i <= page.panoramas.upper(); ++i) {
         PanoramaElement& pano = page.panoramas[i];
-        for (int h = 1; h <= pano.hotspotCount && h < 21; ++h) {
+        for (int h = 1; h <= pano.hotspotCount && h < static_cast<int>(pano.hotspots.size()); ++h) {
             pano.currentHotspot = static_cast<std::int16_t>(h);
             sucheBild(pano.hotspots[static_cast<std::size_t>(h)].urlName, s_.programDirectory, s_.album.directory);
         }
     }
     if (!hidden)
         if (PageEditor* e = editor(slot)) e->show();
+}
+
+bool Session::leseSeite(const std::string& path, int slot, bool hidden) {
+    int entry = entryOfSlot(slot);
+    PageFile file;
+    if (!readPageForSession(path, entry && isCover(s_.album.pages[entry].title), file)) return false;
+    installPage(slot, std::move(file.page), hidden);
     return true;
 }
 
-void Session::SeiteOeffnen(int index, std::string path, bool hidden) {
+std::string Session::removeMenuText(const std::string& title) const {
+    return s_.language == Language::German ? title + " entfernen" : "Delete " + title;
+}
+
+bool Session::refusedAsListed(const std::string& path, bool checkNames) {
+    std::string dir, name;
+    teilePfad(path, dir, name);
+    for (int i = 1; i <= s_.album.pages.upper(); ++i) {
+        const PageEntry& e = s_.album.pages[i];
+        if (!e.fileName.empty() && e.directory + e.fileName == path) {
+            prompter_.message(std::string(t("Datei ", "File ")) + path +
+                                  t(" besteht bereits im Album!", " allready exist at the album!"),
+                              kIconExclamation, t("Seite laden abgelehnt", "Page loading aborted"));
+            return true;
+        }
+        if (checkNames &&
+            (utf8Lower(e.fileName) == utf8Lower(name) || utf8Lower(e.title + ".apg") == utf8Lower(name))) {
+            prompter_.message(std::string(t("Eine Seite mit dem Namen ", "A page with the name ")) + name +
+                                  t(" besteht bereits im Album!", " allready exist at the album!"),
+                              kIconExclamation, t("Seite laden abgelehnt", "Page loading aborted"));
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string Session::listedPageFile(int index) {
     AlbumRecord& a = s_.album;
-    if (index > a.pages.upper()) return;
+    std::string path;
+    PageEntry& entry = a.pages[index];
+    const std::string stored = entry.directory + entry.fileName;
+    if (!entry.fileName.empty() && dateiVorhanden(stored)) {
+        path = stored;
+    } else if (!entry.fileName.empty() && dateiVorhanden(a.directory + entry.fileName)) {
+        entry.directory = a.directory;
+        path = a.directory + entry.fileName;
+    } else if (!entry.fileName.empty()) {
+        std::string text = entry.fileName + t(" wurde nicht im Verzeichnis: ", " not found in directory: ") +
+                           "\r" + entry.directory + "\r" +
+                           t("gefunden.\r\rMöchten Sie die Datei Suchen?\r\rHinweis: wenn Sie nein wählen "
+                             "wird die Seite als neu geöffnet.",
+                             "\rWould you search the file?\r\rAttention: if you choose no will be opened the "
+                             "page new.");
+        if (prompter_.message(text, kButtonsYesNo, t("Warnung", "Attention")) == kYes) {
+            FileDialog d;
+            d.filter = albumFileFilter(s_.language == Language::German);
+            d.filterIndex = kFilterPage;
+            d.startDirectory = dialogStart(a.directory);
+            d.proposedName = entry.fileName;
+            path = prompter_.openFile(d);
+        }
+    }
+    return path;
+}
+
+bool Session::SeiteOeffnen(int index, std::string path, bool hidden) {
+    AlbumRecord& a = s_.album;
+    if (index < 0 || index > a.pages.upper()) return false;
     if (index >= 1 && a.pages[index].slot > 0) {
         if (PageEditor* e = editor(a.pages[index].slot)) {
             e->activate();
             e->show();
         }
-        return;
+        return true;
     }
-    if (path.empty() && index >= 1) {
-        PageEntry& entry = a.pages[index];
-        const std::string stored = entry.directory + entry.fileName;
-        if (!entry.fileName.empty() && dateiVorhanden(stored)) {
-            path = stored;
-        } else if (!entry.fileName.empty() && dateiVorhanden(a.directory + entry.fileName)) {
-            entry.directory = a.directory;
-            path = a.directory + entry.fileName;
-        } else if (!entry.fileName.empty()) {
-            std::string text = entry.fileName + t(" wurde nicht im Verzeichnis: ", " not found in directory: ") +
-                               "\r" + entry.directory + "\r" +
-                               t("gefunden.\r\rMöchten Sie die Datei Suchen?\r\rHinweis: wenn Sie nein wählen "
-                                 "wird die Seite als neu geöffnet.",
-                                 "\rWould you search the file?\r\rAttention: if you choose no will be opened the "
-                                 "page new.");
-            if (prompter_.message(text, kButtonsYesNo, t("Warnung", "Attention")) == kYes) {
-                FileDialog d;
-                d.filter = albumFileFilter(s_.language == Language::German);
-                d.filterIndex = kFilterPage;
-                d.startDirectory = dialogStart(a.directory);
-                d.proposedName = entry.fileName;
-                path = prompter_.openFile(d);
-            }
-        }
-    }
+    if (path.empty() && index >= 1) path = listedPageFile(index);
     if (path.empty() && index != 0) {
         PageEntry& entry = a.pages[index];
         int slot = neueSeite(entry.title, true);
@@ -396,61 +441,48 @@ void Session::SeiteOeffnen(int index, std::string path, bool hidden) {
         fillPageTexts(s_.pageRecords[slot], a.title);
         if (PageEditor* e = editor(slot)) {
             e->setCaption(entry.title);
-            e->setRemoveMenuText(entry.title + t(" entfernen", ""));
+            e->setRemoveMenuText(removeMenuText(entry.title));
             if (!hidden) e->show();
         }
-        return;
+        return true;
     }
     if (index == 0) {
-        if (path.empty()) {
+        // Names are compared only for a file picked in the dialog: a page
+        // given by path (command line, add-page) is meant to be added.
+        const bool fromDialog = path.empty();
+        if (fromDialog) {
             FileDialog d;
             d.filter = albumFileFilter(s_.language == Language::German);
             d.filterIndex = kFilterPage;
             d.startDirectory = dialogStart(a.directory);
             path = prompter_.openFile(d);
-            if (path.empty()) return;
+            if (path.empty()) return false;
         }
-        std::string dir, name;
-        teilePfad(path, dir, name);
-        for (int i = 1; i <= a.pages.upper(); ++i) {
-            const PageEntry& e = a.pages[i];
-            if (!e.fileName.empty() && e.directory + e.fileName == path) {
-                prompter_.message(std::string(t("Datei ", "File ")) + path +
-                                      t(" besteht bereits im Album!", " allready exist at the album!"),
-                                  kIconExclamation, t("Seite laden abgelehnt", "Page loading aborted"));
-                return;
-            }
-            if (utf8Lower(e.fileName) == utf8Lower(name) || utf8Lower(e.title + ".apg") == utf8Lower(name)) {
-                prompter_.message(std::string(t("Eine Seite mit dem Namen ", "A page with the name ")) + name +
-                                      t(" besteht bereits im Album!", " allready exist at the album!"),
-                                  kIconExclamation, t("Seite laden abgelehnt", "Page loading aborted"));
-                return;
-            }
-        }
+        if (refusedAsListed(path, fromDialog)) return false;
     }
+    // Read before anything changes: a page that cannot be read leaves the
+    // list, the slots and the album's changed flag as they were.
+    PageFile file;
+    if (!readPageForSession(path, index > 0 && isCover(a.pages[index].title), file)) return false;
     int slot;
     if (index > 0) {
         slot = freierSlot();
         std::string error;
         s_.pageEditors[static_cast<std::size_t>(slot)] = factory_.create(slot, error);
         a.pages[index].slot = static_cast<std::int16_t>(slot);
-        if (!leseSeite(path, slot, hidden)) {
-            unloadEditor(slot);
-            return;
-        }
-        s_.pageSlots[slot].modified = kFalse;
     } else {
         slot = neueSeite("", false);
         index = a.pages.upper();
-        if (!leseSeite(path, slot, hidden)) return;
-        s_.pageSlots[slot].modified = kFalse;
     }
+    installPage(slot, std::move(file.page), hidden);
+    s_.pageSlots[slot].modified = kFalse;
     PageEntry& entry = a.pages[index];
     teilePfad(path, entry.directory, entry.fileName);
     if (PageEditor* e = editor(slot)) {
         e->setCaption(entry.title);
-        e->setRemoveMenuText(s_.language == Language::German ? entry.title + " entfernen" : "Delete " + entry.title);
+        e->setRemoveMenuText(removeMenuText(entry.title));
     }
+    return true;
 }
 
 bool Session::schreibeSeite(const std::string& path, int slot) {
@@ -458,6 +490,7 @@ bool Session::schreibeSeite(const std::string& path, int slot) {
     FileResult r = writePageFile(path, s_.pageRecords[slot]);
     s_.pageSlots[slot].modified = kFalse;
     if (!r.ok()) {
+        ++failedWrites_;
         prompter_.message(fileMessage(r, s_.language), kIconCritical, msgTitleError());
         return false;
     }
@@ -467,7 +500,7 @@ bool Session::schreibeSeite(const std::string& path, int slot) {
 void Session::removeEntry(int index) {
     auto& items = s_.album.pages.items();
     items.erase(items.begin() + index);
-    --s_.album.pageCount;
+    s_.album.pageCount = static_cast<std::int16_t>(s_.album.pages.upper());
     s_.album.modified = kTrue;
     refresh();
 }
@@ -483,18 +516,19 @@ int Session::SpeicherDieseForm(int slot, bool askFirst) {
         std::string text = std::string(t("Der Inhalt in [", "The page [")) + title +
                            t("] wurde geändert.", "] is changed.") + "\r\n" +
                            t("Änderungen speichern?", "Save changes?");
+        if (a.pages[index].fileName.empty()) {
+            text += std::string("\r\n\r\n") + t("Hinweis: diese Seite (", "Attention: this page (") + title +
+                    t(") wurde bisher in noch keiner Datei gespeichert. Wenn Sie nicht speichern wird diese Seite "
+                      "aus dem Album entfernt!",
+                      ") is until now not saved in a file. If you not save, this page will be deleted from the "
+                      "album!");
+        }
         if (a.fileName.empty()) {
             text += std::string("\r\n\r\n") +
                     t("Hinweis: vor dem Speichern von Seiten muss das Album gespeichert werden. Bei Ja wird das "
                       "Album gespeichert. ",
                       "Attention: Before saving pages must be saved the album. Choose 'Yes' to start saving the "
                       "album. ");
-        } else if (a.pages[index].fileName.empty()) {
-            text += std::string("\r\n\r\n") + t("Hinweis: diese Seite (", "Attention: this page (") + title +
-                    t(") wurde bisher in noch keiner Datei gespeichert. Wenn Sie nicht speichern wird diese Seite "
-                      "aus dem Album entfernt!",
-                      ") is until now not saved in a file. If you not save, this page will be deleted from the "
-                      "album!");
         }
         answer = prompter_.message(text, kButtonsYesNoCancel | kIconQuestion, "Brindlesee [" + a.title + "]");
     }

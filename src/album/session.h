@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "album/diagnose.h"
+#include "album/page_file.h"
 #include "album/page_editor.h"
 #include "album/prompter.h"
 #include "album/session_state.h"
@@ -47,7 +48,9 @@ public:
     // Opens an album or template; an empty path asks with a dialog.
     bool albumOeffnen(std::string path);
     // Opens page `index` of the list, or a file as a new entry when index is 0.
-    void SeiteOeffnen(int index, std::string path, bool hidden);
+    // False when nothing was opened; a page that cannot be read leaves the
+    // album, its list and its slots as they were.
+    bool SeiteOeffnen(int index, std::string path, bool hidden);
     int neueSeite(const std::string& title, bool hidden);
     std::string seitenName() const;
     int freierSlot();
@@ -65,6 +68,10 @@ public:
     bool schreibeAlbum(const std::string& path);
     bool schreibeSeite(const std::string& path, int slot);
     bool leseSeite(const std::string& path, int slot, bool hidden);
+
+    // Album, page and template writes that failed (after their message), so
+    // callers without a user, like the command line, can tell.
+    int failedWrites() const { return failedWrites_; }
 
     void merkeZuletzt(const std::string& path);
     void ladeZuletzt();  // the list as the settings hold it
@@ -84,6 +91,17 @@ public:
     void repairDefaultPictures(bool withFallbacks);
 
 private:
+    // Reads a page file as the page reader does, with its message on failure.
+    bool readPageForSession(const std::string& path, bool cover, PageFile& out);
+    // A page read puts its record into `slot`, repairs its pictures and shows it.
+    void installPage(int slot, PageRecord page, bool hidden);
+    // Files given through the open dialog: refused when the album lists it
+    // or a page of its name.
+    bool refusedAsListed(const std::string& path, bool checkNames);
+    std::string removeMenuText(const std::string& title) const;
+    // The file of listed page `index`: stored, beside the album, or asked
+    // for; empty when the page is to be opened new.
+    std::string listedPageFile(int index);
     void unloadEditor(int slot);
     void resetPages();
     void removeEntry(int index);
@@ -101,6 +119,7 @@ private:
     PageEditorFactory& factory_;
     LogSink log_;
     SessionHooks hooks_;
+    int failedWrites_ = 0;
 };
 
 }  // namespace brindle

@@ -67,11 +67,53 @@ bool writeZipArchive(const std::string& zipPath, const std::vector<ZipEntry>& en
     return ok;
 }
 
-bool extractZipArchive(const std::string& archive, const std::string& dir) {
+namespace {
+
+// Streams one entry into `target` through a temporary file beside it; the
+// count of bytes is checked as they come, whatever the headers claim.
+bool extractEntry(zip_t* z, zip_uint64_t index, const fs::path& target, std::uint64_t entryLimit,
+                  std::uint64_t& totalLeft) {
+    zip_stat_t st;
+    zip_stat_init(&st);
+    if (zip_stat_index(z, index, 0, &st) != 0) return false;
+    if ((st.valid & ZIP_STAT_SIZE) && (st.size > entryLimit || st.size > totalLeft)) return false;
+    zip_file_t* f = zip_fopen_index(z, index, 0);
+    if (!f) return false;
+    const std::string part = target.string() + ".~part";
+    std::FILE* out = std::fopen(part.c_str(), "wb");
+    bool ok = out != nullptr;
+    std::uint64_t written = 0;
+    char buf[65536];
+    while (ok) {
+        const zip_int64_t got = zip_fread(f, buf, sizeof buf);
+        if (got <= 0) {
+            ok = got == 0;
+            break;
+        }
+        written += static_cast<std::uint64_t>(got);
+        ok = written <= entryLimit && written <= totalLeft &&
+             std::fwrite(buf, 1, static_cast<std::size_t>(got), out) == static_cast<std::size_t>(got);
+    }
+    zip_fclose(f);
+    if (out && std::fclose(out) != 0) ok = false;
+    std::error_code ec;
+    if (ok) fs::rename(part, target, ec);
+    if (!ok || ec) {
+        fs::remove(part, ec);
+        return false;
+    }
+    totalLeft -= written;
+    return true;
+}
+
+}  // namespace
+
+bool extractZipArchive(const std::string& archive, const std::string& dir, const ZipLimits& limits) {
     int err = 0;
     zip_t* z = zip_open(archive.c_str(), ZIP_RDONLY | ZIP_CHECKCONS, &err);
     if (!z) return false;
     bool ok = true;
+    std::uint64_t totalLeft = limits.totalBytes;
     zip_int64_t n = zip_get_num_entries(z, 0);
     for (zip_int64_t i = 0; ok && i < n; ++i) {
         const char* raw = zip_get_name(z, static_cast<zip_uint64_t>(i), 0);
@@ -86,21 +128,10 @@ bool extractZipArchive(const std::string& archive, const std::string& dir) {
         fs::path target = fs::path(dir) / name;
         std::error_code ec;
         fs::create_directories(target.parent_path(), ec);
-        zip_file_t* f = zip_fopen_index(z, static_cast<zip_uint64_t>(i), 0);
-        if (!f) {
-            ok = false;
-            break;
-        }
-        std::string data;
-        char buf[65536];
-        for (zip_int64_t got; (got = zip_fread(f, buf, sizeof buf)) > 0;) data.append(buf, static_cast<std::size_t>(got));
-        zip_int64_t last = zip_fread(f, buf, sizeof buf);
-        zip_fclose(f);
-        ok = last == 0 && writeFileAtomic(target.string(), data).ok;
+        ok = extractEntry(z, static_cast<zip_uint64_t>(i), target, limits.entryBytes, totalLeft);
     }
     zip_discard(z);
     return ok;
 }
-
 
 }  // namespace brindle

@@ -61,7 +61,9 @@ int newAlbum(const Args& args) {
     const std::string path = absolute(f.rest[0]);
     if (dateiVorhanden(path)) return fail("the album exists already: " + path);
     return withSession(f, path, [&](Session& s) {
-        return s.AlbumSpeichern(true) && dateiVorhanden(path) ? 0 : fail("the album was not saved: " + path);
+        return s.AlbumSpeichern(true) && s.failedWrites() == 0 && dateiVorhanden(path)
+                   ? 0
+                   : fail("the album was not saved: " + path);
     });
 }
 
@@ -72,10 +74,10 @@ int addPage(const Args& args) {
     const std::string album = absolute(f.rest[0]), page = absolute(f.rest[1]);
     return withSession(f, album, [&](Session& s) {
         if (!s.albumOeffnen(album)) return 1;
-        const int before = s.album().pageCount;
-        s.SeiteOeffnen(0, page, true);
-        if (s.album().pageCount == before) return 1;
-        return s.AlbumSpeichern(false) ? 0 : 1;
+        if (!s.SeiteOeffnen(0, page, true)) return 1;
+        // A write that failed has told why; the status must say so too.
+        const int failedBefore = s.failedWrites();
+        return s.AlbumSpeichern(false) && s.failedWrites() == failedBefore ? 0 : 1;
     });
 }
 

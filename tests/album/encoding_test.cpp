@@ -31,6 +31,47 @@ TEST(Encoding, EveryByteOfAnOlderFileSurvives) {
     EXPECT_EQ(encodeFileString(text), all);
 }
 
+TEST(Encoding, InvalidUtf8IsReadAsWindows1252) {
+    struct Row {
+        const char* name;
+        std::string disk, text;
+    };
+    const Row rows[] = {
+        {"overlong two bytes", "\xC0\xAF", "\u00C0\u00AF"},
+        {"overlong three bytes", "\xE0\x80\xAF", "\u00E0\u20AC\u00AF"},
+        {"overlong four bytes", "\xF0\x8F\xBF\xBF", "\u00F0\u008F\u00BF\u00BF"},
+        {"surrogate", "\xED\xA0\x80", "\u00ED\u00A0\u20AC"},
+        {"last surrogate", "\xED\xBF\xBF", "\u00ED\u00BF\u00BF"},
+        {"past U+10FFFF", "\xF4\x90\x80\x80", "\u00F4\u0090\u20AC\u20AC"},
+        {"five-byte lead", "\xF8\x88\x80\x80\x80", "\u00F8\u02C6\u20AC\u20AC\u20AC"},
+        {"cut sequence", "a\xC3", "a\u00C3"},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        EXPECT_FALSE(isValidUtf8(r.disk));
+        EXPECT_EQ(decodeFileString(r.disk), r.text);
+        EXPECT_EQ(encodeFileString(r.text), r.disk);
+    }
+    // The borders themselves are valid and stay UTF-8.
+    for (const std::string valid : {"\xC2\x80", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
+                                    "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}) {
+        SCOPED_TRACE(valid);
+        EXPECT_TRUE(isValidUtf8(valid));
+        EXPECT_EQ(decodeFileString(valid), valid);
+    }
+}
+
+TEST(Encoding, LowerCaseCoversLatinCapitalsButNotTheTimesSign) {
+    for (char32_t c = 0xA0; c <= 0xFF; ++c) {
+        SCOPED_TRACE(static_cast<unsigned>(c));
+        std::string upper, lower;
+        appendUtf8(upper, c);
+        appendUtf8(lower, c >= 0xC0 && c <= 0xDE && c != 0xD7 ? c + 32 : c);
+        EXPECT_EQ(utf8Lower(upper), lower);
+    }
+    EXPECT_EQ(utf8Lower("ÀÞ×ß"), "àþ×ß");
+}
+
 TEST(Encoding, CharacterWiseHelpers) {
     EXPECT_EQ(utf8Length("Grüße"), 5u);
     EXPECT_EQ(utf8Left("Grüße.jpg", 3), "Grü");

@@ -124,6 +124,19 @@ TEST_F(PathRepairTest, SucheBildTriesInstallTailCameraNamesAndAlbumFolder) {
     EXPECT_EQ(shortPath, home().substr(0, home().size() - 1));
 }
 
+TEST_F(PathRepairTest, APictureBesideTheAlbumIsFoundWhateverItsStoredPathsLength) {
+    touch("album/bild1.jpg");
+    touch("album/Strand.jpg");
+    for (std::string stored : {std::string("C:\\Fotos\\bild1.jpg"), std::string("bild1.jpg"),
+                               std::string("D:\\") + std::string(40, 'x') + "\\Strand.jpg"}) {
+        SCOPED_TRACE(stored);
+        std::string dir, file;
+        teilePfad(stored, dir, file);
+        EXPECT_TRUE(sucheBild(stored, home(), home() + "album/"));
+        EXPECT_EQ(stored, home() + "album/" + file);
+    }
+}
+
 TEST_F(PathRepairTest, MovedAlbumAdoptsPagesBesideItWithOneMessage) {
     touch("neu/Seite1.apg");
     touch("bleibt/Seite4.apg");

@@ -156,9 +156,10 @@ TEST_F(SessionTest, APageTheAlbumAlreadyListsIsRefused) {
                                          " allready exist at the album!");
     EXPECT_EQ(s.album().pageCount, 2);
 
-    // Another file of a name the album has is refused by name.
+    // Another file of a name the album has, picked in the dialog, is refused by name.
     touch("anders/seite1.APG");
-    s.SeiteOeffnen(0, path("anders/seite1.APG"), false);
+    prompter.files = {path("anders/seite1.APG")};
+    EXPECT_FALSE(s.SeiteOeffnen(0, "", false));
     EXPECT_EQ(prompter.asked.back(),
               "message|Page loading aborted|48|A page with the name seite1.APG allready exist at the album!");
 }
