@@ -146,7 +146,9 @@ TEST_F(CliHtmlTest, AFullDiskLeavesNoEmptyWebFilesAndGivesStatusOne) {
     EXPECT_FALSE(readBytes("web/Seite1.htm").empty());
     EXPECT_FALSE(fs::exists(path("web/mtmcode.js")));  // no half or empty copy
     for (const auto& e : fs::recursive_directory_iterator(path("web"))) {
-        if (e.is_regular_file()) EXPECT_GT(fs::file_size(e.path()), 0u) << e.path();
+        if (e.is_regular_file()) {
+            EXPECT_GT(fs::file_size(e.path()), 0u) << e.path();
+        }
     }
     EXPECT_EQ(snapshot(path("album")), before);
     for (const auto& e : fs::directory_iterator(path("web")))
