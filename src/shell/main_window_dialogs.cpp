@@ -144,6 +144,15 @@ void MainWindow::HTMLAlbumGenerieren(bool mail) {
     dialog.close();
     showStatus("");
     if (!ok) return;
+    // Each failed file was already named; an album with holes is not offered.
+    if (run.failedWrites > 0) {
+        const std::string count = std::to_string(run.failedWrites);
+        prompter_.message(std::string(t("Das HTML-Album ist unvollständig: ", "The HTML album is incomplete: ")) + count +
+                              t(" Datei(en) konnten nicht geschrieben werden in ", " file(s) could not be written in ") +
+                              chosen,
+                          kButtonsOk | kIconExclamation, t("Fehler", "Error"));
+        return;
+    }
     if (mail) {
         if (isTrue(s.album().openDefaultMail)) QDesktopServices::openUrl(QUrl(QString::fromStdString(html::mailtoUrl(run))));
         return;

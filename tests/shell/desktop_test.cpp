@@ -399,6 +399,23 @@ private slots:
         QVERIFY(pad()->canvas()->isEnabled());
     }
 
+    void htmlAlbumWithFilesMissingIsNotOffered() {
+        start({albumPath()});
+        QVERIFY(pad());
+        // The tree menu's script is gone from the program directory.
+        QVERIFY(QFile::remove(QString::fromStdString(home_ + "Menü/mtmcode.js")));
+        const std::string out = home_ + "html/";
+        QDir().mkpath(QString::fromStdString(out));
+        prompter_->files.push_back(out);
+        window_->HTMLAlbumGenerieren(false);
+        QVERIFY(QFileInfo::exists(QString::fromStdString(out + "Seite A.htm")));
+        QVERIFY(!QFileInfo::exists(QString::fromStdString(out + "mtmcode.js")));
+        QCOMPARE(prompter_->asked.back(),
+                 "message|Fehler|48|Das HTML-Album ist unvollständig: 1 Datei(en) konnten nicht geschrieben werden in " +
+                     out);
+        for (const std::string& q : prompter_->asked) QVERIFY2(q.find("wurde erstellt") == std::string::npos, q.c_str());
+    }
+
     void helpDocumentsTheCommandLine() {
         QProcess program;
         program.start(BRINDLESEE_GUI, {"--help"});
