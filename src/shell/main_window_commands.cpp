@@ -144,7 +144,9 @@ void MainWindow::followLink(editor::FrmNotePad* pad, const QString& link) {
     else if (link == QString::fromUtf8("<zurück>") && count > 0) target = here <= 1 ? count : here - 1;
     for (int i = 1; i <= count && target == 0; ++i) {
         const QString title = QString::fromStdString(a.pages[i].title);
-        if ((link == "<inhalt>" && (title == "Inhalt" || title == "AlbumDirectory")) || link == title + ".htm")
+        // A page is reached by its file name or, as in older albums, by its bare title.
+        if ((link == "<inhalt>" && (title == "Inhalt" || title == "AlbumDirectory")) || link == title + ".htm" ||
+            link == title)
             target = i;
     }
     if (target > 0) {

@@ -309,6 +309,10 @@ private slots:
         QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(100, 100));  // the linked picture
         QCOMPARE(pad()->caption(), QString("Seite B"));
         QVERIFY(first->document().auswahl().empty());
+        // A link that is a page's bare title, as older albums have them.
+        pad()->document().page().texts[1].hyperlink = "Seite A";
+        QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(60, 50));
+        QCOMPARE(pad()->caption(), QString("Seite A"));
         trigger("tbPlay");
         QVERIFY(!window_->playMode());
     }
