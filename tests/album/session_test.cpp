@@ -101,7 +101,8 @@ TEST_F(SessionTest, AnUnmodifiedNewAlbumIsAskedForButNotWrittenUntilItsPageNeeds
 TEST_F(SessionTest, NoForANeverSavedPageTakesItOutOfTheAlbum) {
     Session& s = start();
     s.AlbumNeu();
-    int slot = s.neueSeite("", false);
+    const int slot = s.neueSeite("", false);
+    ASSERT_GT(slot, 0);
     s.album().fileName = "A.apr";  // the album has a file, the page has not
     prompter.answers = {kNo};
     EXPECT_EQ(s.SpeicherDieseForm(slot, true), kNo);
@@ -181,6 +182,8 @@ TEST_F(SessionTest, AMissingPageFileIsSearchedOrOpenedNew) {
                   "neu geöffnet.");
     EXPECT_EQ(prompter.asked.at(2), "open|4|" + home() + "|Seite2.apg");
     EXPECT_EQ(s.album().pages[2].directory, path("weg/"));
+    ASSERT_GT(s.album().pages[2].slot, 0);
+    ASSERT_GE(s.page(s.album().pages[2].slot).texts.upper(), 1);
     EXPECT_EQ(s.page(s.album().pages[2].slot).texts[1].text, "Text Seite2");
 }
 

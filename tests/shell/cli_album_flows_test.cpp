@@ -220,6 +220,8 @@ TEST_F(CliFlowsTest, APageNamedLikeTheNewAlbumsFirstPageIsAddedAtStart) {
     ASSERT_EQ(s.album().pageCount, 2);
     EXPECT_EQ(s.album().pages[1].title, "Seite1");
     EXPECT_EQ(s.album().pages[2].fileName, "Seite1.apg");
+    ASSERT_GT(s.album().pages[2].slot, 0);
+    ASSERT_GE(s.page(s.album().pages[2].slot).texts.upper(), 1);
     EXPECT_EQ(s.page(s.album().pages[2].slot).texts[1].text, "geladen");
 }
 

@@ -80,6 +80,8 @@ TEST_F(StartupTest, APageOnTheCommandLineGivesANewAlbumWithTwoPages) {
     ASSERT_EQ(s.album().pageCount, 2);
     EXPECT_EQ(s.album().pages[1].title, "Seite1");
     EXPECT_EQ(s.album().pages[2].fileName, "Extra.apg");
+    ASSERT_GT(s.album().pages[2].slot, 0);
+    ASSERT_GE(s.page(s.album().pages[2].slot).texts.upper(), 1);
     EXPECT_EQ(s.page(s.album().pages[2].slot).texts[1].text, "geladen");
     EXPECT_TRUE(fs::is_directory(path("Temp")));
     EXPECT_FALSE(dateiVorhanden(path("Brindt.txt")));  // no test mode, no log
