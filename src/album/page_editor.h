@@ -26,4 +26,24 @@ public:
     virtual std::unique_ptr<PageEditor> create(int slot, std::string& error) = 0;
 };
 
+// Pages without windows, for the command line and the fuzz targets: the
+// record is all there is, only the caption is kept.
+class WindowlessEditor : public PageEditor {
+public:
+    void show() override {}
+    void activate() override {}
+    void unload() override {}
+    void setCaption(const std::string& c) override { caption_ = c; }
+    std::string caption() const override { return caption_; }
+    void setRemoveMenuText(const std::string&) override {}
+
+private:
+    std::string caption_;
+};
+
+class WindowlessEditorFactory : public PageEditorFactory {
+public:
+    std::unique_ptr<PageEditor> create(int, std::string&) override { return std::make_unique<WindowlessEditor>(); }
+};
+
 }  // namespace brindle

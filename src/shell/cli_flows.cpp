@@ -42,7 +42,7 @@ int withSession(const FlowOptions& f, const std::string& albumPath, Flow flow) {
     CliPrompter prompter;
     prompter.answer = f.answer;
     prompter.albumPath = albumPath;
-    NoEditorFactory editors;
+    WindowlessEditorFactory editors;
     Session session(prog, prompter, settings, editors, diagnoseSink(prog));
     session.state().options = loadOptions(prog);
     session.state().options.language = languageName(f.lang);

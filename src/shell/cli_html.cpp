@@ -60,7 +60,7 @@ int html(const Args& args) {
     const std::string prog = resolveProgramDirectory();
     seedProgramDirectory(prog, installedResourceDirectory());
     IniSettingsStore settings(prog + "settings.ini");
-    NoEditorFactory editors;
+    WindowlessEditorFactory editors;
     Session session(prog, prompter, settings, editors, diagnoseSink(prog));
     session.state().options = loadOptions(prog);
     startAlbumApplication(session, {});

@@ -31,23 +31,4 @@ public:
     int unsavedFiles(const std::vector<std::string>&, const std::string&) override { return answer; }
 };
 
-// Pages without windows.
-class NoEditor : public PageEditor {
-public:
-    void show() override {}
-    void activate() override {}
-    void unload() override {}
-    void setCaption(const std::string& c) override { caption_ = c; }
-    std::string caption() const override { return caption_; }
-    void setRemoveMenuText(const std::string&) override {}
-
-private:
-    std::string caption_;
-};
-
-class NoEditorFactory : public PageEditorFactory {
-public:
-    std::unique_ptr<PageEditor> create(int, std::string&) override { return std::make_unique<NoEditor>(); }
-};
-
 }  // namespace brindle::cli

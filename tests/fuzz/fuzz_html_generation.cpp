@@ -37,24 +37,6 @@ public:
     int unsavedFiles(const std::vector<std::string>&, const std::string&) override { return kNo; }
 };
 
-class WindowlessEditor : public PageEditor {
-public:
-    void show() override {}
-    void activate() override {}
-    void unload() override {}
-    void setCaption(const std::string& c) override { caption_ = c; }
-    std::string caption() const override { return caption_; }
-    void setRemoveMenuText(const std::string&) override {}
-
-private:
-    std::string caption_;
-};
-
-class WindowlessEditors : public PageEditorFactory {
-public:
-    std::unique_ptr<PageEditor> create(int, std::string&) override { return std::make_unique<WindowlessEditor>(); }
-};
-
 const std::string& workFolder() {
     static const std::string dir = [] {
         std::string pattern = (fs::temp_directory_path() / "brindle-fuzz-html-XXXXXX").string();
@@ -91,7 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     SilentPrompter prompter;
     IniSettingsStore settings(dir + "prog/settings.ini");
-    WindowlessEditors editors;
+    WindowlessEditorFactory editors;
     Session session(dir + "prog/", prompter, settings, editors);
     if (!session.albumOeffnen(dir + "A.apr")) return 0;
     html::PictureServices pictures;
