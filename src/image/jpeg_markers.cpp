@@ -1,6 +1,7 @@
 #include "image/jpeg_markers.h"
 
 #include <functional>
+#include <utility>
 
 namespace brindle {
 namespace {
@@ -132,6 +133,39 @@ std::string insertSegments(std::string_view jpeg, std::string_view segments) {
     });
     out.insert(point, segments);
     return out;
+}
+
+namespace {
+
+constexpr std::string_view kXmpHead("http://ns.adobe.com/xap/1.0/\0", 29);
+
+// Sets every single-digit orientation value after `key` in `text` to 1.
+void uprightAfter(std::string& text, std::size_t from, std::size_t to, std::string_view key,
+                  char close) {
+    for (std::size_t i = text.find(key, from); i != std::string::npos && i < to;
+         i = text.find(key, i + 1)) {
+        const std::size_t digit = i + key.size();
+        if (digit + 1 < to && text[digit] >= '1' && text[digit] <= '8' && text[digit + 1] == close)
+            text[digit] = '1';
+    }
+}
+
+}  // namespace
+
+std::string uprightXmpOrientation(std::string jpeg) {
+    std::vector<std::pair<std::size_t, std::size_t>> xmp;
+    walkHead(jpeg, [&](const Segment& s) {
+        if (s.code == kApp1 && s.payload.substr(0, kXmpHead.size()) == kXmpHead)
+            xmp.emplace_back(s.start, s.end);
+        return true;
+    });
+    // Same length in place: the segment lengths stay right.
+    for (const auto& [from, to] : xmp) {
+        uprightAfter(jpeg, from, to, "tiff:Orientation=\"", '"');
+        uprightAfter(jpeg, from, to, "tiff:Orientation='", '\'');
+        uprightAfter(jpeg, from, to, "<tiff:Orientation>", '<');
+    }
+    return jpeg;
 }
 
 }  // namespace brindle

@@ -43,4 +43,8 @@ std::string carriedSegments(std::string_view jpeg);
 // (after it, when there is one).
 std::string insertSegments(std::string_view jpeg, std::string_view segments);
 
+// `jpeg` with the orientation an XMP packet may repeat set to upright as
+// well, so viewers that read XMP before EXIF do not turn a turned photo again.
+std::string uprightXmpOrientation(std::string jpeg);
+
 }  // namespace brindle

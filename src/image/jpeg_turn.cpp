@@ -119,6 +119,7 @@ bool SaveAsRotatedJpgLossless(const std::string& source, const std::string& targ
     } else if (!turnPixels(bytes, userTurn, out, error)) {
         return false;
     }
+    out = uprightXmpOrientation(std::move(out));
     FileStamp stamp = readFileStamp(target);
     if (!stamp.exists) stamp = readFileStamp(source);
     if (!writeBytesAtomic(target, out.data(), out.size(), error)) return false;

@@ -182,5 +182,36 @@ TEST_F(JpegTurn, PhotosWithAnOrientationTurnAsShownAndComeOutUpright) {
     }
 }
 
+// An XMP packet that repeats the orientation, in both of its spellings.
+std::string withXmpAfterExif(const std::string& jpeg, int orientation) {
+    const std::string o = std::to_string(orientation);
+    const std::string payload = std::string("http://ns.adobe.com/xap/1.0/\0", 29) +
+                                "<x:xmpmeta><rdf:Description tiff:Orientation=\"" + o +
+                                "\" tiff:Make=\"Brindle\"><tiff:Orientation>" + o +
+                                "</tiff:Orientation></rdf:Description></x:xmpmeta>";
+    const std::size_t exifEnd = 4 + ((static_cast<unsigned char>(jpeg[4]) << 8) | static_cast<unsigned char>(jpeg[5]));
+    std::string segment = "\xFF\xE1";
+    segment += static_cast<char>((payload.size() + 2) >> 8);
+    segment += static_cast<char>((payload.size() + 2) & 0xFF);
+    return jpeg.substr(0, exifEnd) + segment + payload + jpeg.substr(exifEnd);
+}
+
+TEST_F(JpegTurn, AnXmpOrientationIsMadeUprightWithTheExifOne) {
+    for (const int width : {64, 40}) {  // blocks moved, pixels re-encoded
+        SCOPED_TRACE(width);
+        ASSERT_TRUE(SaveJPG(smoothPicture(width, 24), path("plain.jpg"), 92).ok);
+        ExifSpec spec;
+        spec.orientation = 6;
+        writeBytes("photo.jpg", withXmpAfterExif(jpegWithExif(readBytes("plain.jpg"), exifTiff(spec)), 6));
+        std::string error;
+        ASSERT_TRUE(SaveAsRotatedJpgLossless(path("photo.jpg"), path("photo.jpg"), kJpegRotate90, &error)) << error;
+        const std::string turned = readBytes("photo.jpg");
+        EXPECT_EQ(exifSeenByExiv2(path("photo.jpg")).orientation, 1);
+        EXPECT_NE(turned.find("tiff:Orientation=\"1\" tiff:Make=\"Brindle\"><tiff:Orientation>1</tiff:Orientation>"),
+                  std::string::npos);
+        EXPECT_EQ(turned.find("tiff:Orientation=\"6\""), std::string::npos);
+    }
+}
+
 }  // namespace
 }  // namespace brindle::test
