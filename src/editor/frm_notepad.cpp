@@ -80,9 +80,12 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
         menu.addAction(t("Alles &markieren", "Select &all"), this, [this] { doc_.selectAll(); });
         menu.addSeparator();
         menu.addAction(t("&Neuzeichnen", "&Redraw"), this, [this] { NeuZeichnen(); });
+        menu.addSeparator();
+        menu.addAction(t("Seiten&eigenschaften ...", "Page p&roperties ..."), this,
+                       [this] { host_.showProperties(this, std::nullopt); });
         menu.exec(at);
     });
-    connect(canvas_, &PageCanvas::textEditWanted, this, [this](ElementRef r) { editText(r); });
+    connect(canvas_, &PageCanvas::propertiesWanted, this, [this](ElementRef r) { host_.showProperties(this, r); });
     connect(canvas_, &PageCanvas::deleteWanted, this, [this] { doc_.deleteSelection(); });
     connect(canvas_, &PageCanvas::picturesDropped, this, [this](Point at, const std::vector<std::string>& files) {
         insertPictures(at, files);
@@ -327,6 +330,8 @@ void FrmNotePad::showContextMenu(ElementRef ref, QPoint globalPos) {
     menu.addAction(t("Eine Ebene nach v&orne", "Bring f&orward"), this, [this] { doc_.zOrder("nachvorn"); });
     menu.addAction(t("Eine Ebene nach h&inten", "Send back&ward"), this, [this] { doc_.zOrder("nachhinten"); });
     menu.addAction(t("Ganz nach &hinten", "Send to &back"), this, [this] { doc_.zOrder("ganzhinten"); });
+    menu.addSeparator();
+    menu.addAction(t("&Eigenschaften ...", "P&roperties ..."), this, [this, ref] { host_.showProperties(this, ref); });
     menu.exec(globalPos);
 }
 

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 #include "album/prompter.h"
+#include "editor/elements.h"
 
 namespace brindle::editor {
 
@@ -25,6 +27,9 @@ public:
     // Play mode: a press on an element follows its link instead of selecting.
     virtual bool playMode() const { return false; }
     virtual void followLink(FrmNotePad* /*pad*/, const QString& /*link*/) {}
+    // The property dialog of an element, or of the page itself (background,
+    // music, forwarding) when `ref` is empty.
+    virtual void showProperties(FrmNotePad* /*pad*/, std::optional<ElementRef> /*ref*/) {}
 };
 
 }  // namespace brindle::editor

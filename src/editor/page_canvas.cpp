@@ -165,10 +165,9 @@ void PageCanvas::mouseReleaseEvent(QMouseEvent* event) {
 
 void PageCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
     const std::optional<ElementRef> ref = doc_.elementAt(pagePoint(event->position().toPoint()));
-    if (ref && ref->kind == Kind::Text) {
-        if (doc_.fokusGedrueckt()) doc_.releaseHandle();
-        emit textEditWanted(*ref);
-    }
+    if (!ref || (playModeActive && playModeActive())) return;
+    if (doc_.fokusGedrueckt()) doc_.releaseHandle();
+    emit propertiesWanted(*ref);
 }
 
 void PageCanvas::updateCursor(QPoint pos) {

@@ -46,7 +46,8 @@ signals:
     void boxDrawn(brindle::editor::Box box);
     void contextMenuWanted(brindle::editor::ElementRef ref, QPoint globalPos);
     void canvasMenuWanted(QPoint globalPos);
-    void textEditWanted(brindle::editor::ElementRef ref);
+    // A double-click on an element: its property dialog.
+    void propertiesWanted(brindle::editor::ElementRef ref);
     void deleteWanted();
     // Picture files dropped at a page point.
     void picturesDropped(brindle::editor::Point at, const std::vector<std::string>& files);

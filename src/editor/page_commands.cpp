@@ -118,13 +118,18 @@ void PageDocument::zOrder(const std::string& verb) {
 void PageDocument::changeSelectedTexts(const std::function<void(TextElement&)>& change) {
     for (const SelectionEntry& e : std::vector<SelectionEntry>(auswahl_)) {
         if (e.ref.kind != Kind::Text || !isLive(page(), e.ref)) continue;
-        takeBeforeCopy(e.ref);
-        change(page().texts[e.ref.index]);
-        markChanged();
-        aktivieren(e.ref);
-        NeuUndo("ändern", Kind::Text, e.ref.index);
+        changeElement(e.ref, [&] { change(page().texts[e.ref.index]); });
     }
     if (aktiv_) SetzAnker(*aktiv_, -1);
+}
+
+void PageDocument::changeElement(ElementRef ref, const std::function<void()>& change) {
+    if (!isLive(page(), ref)) return;
+    takeBeforeCopy(ref);
+    change();
+    markChanged();
+    aktivieren(ref);
+    NeuUndo("ändern", ref.kind, ref.index);
 }
 
 // ---------------------------------------------------------------- alignment

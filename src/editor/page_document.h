@@ -123,6 +123,9 @@ public:
     bool canPaste() const;
     // Changes every selected text (its words, font) as one "ändern" step each.
     void changeSelectedTexts(const std::function<void(TextElement&)>& change);
+    // Changes one live element's record as one "ändern" step (the property
+    // dialogs' OK): the record is copied before, changed, and the control rebuilt.
+    void changeElement(ElementRef ref, const std::function<void()>& change);
     // "setleft", "settop", "setright", "setdown", "setcenterver",
     // "setcenterhor", "setaufthor", "setauftver".
     void Ausrichten(const std::string& key);

@@ -112,6 +112,7 @@ void MainWindow::buildActions() {
     makeAction("mnuEPaste", "paste", QKeySequence::Paste);
     makeAction("mnuEDelete", "delete", QKeySequence::Delete);
     makeAction("mnuESelectAll", {}, QKeySequence::SelectAll);
+    makeAction("mnuEigenschaften", {}, QKeySequence("Alt+Return"));
     makeAction("mnuTextGanzVorne", {}, QKeySequence("Ctrl+Shift+]"));
     makeAction("mnuTextNachVorne", {}, QKeySequence("Ctrl+]"));
     makeAction("mnuTextNachHinten", {}, QKeySequence("Ctrl+["));
@@ -177,7 +178,8 @@ void MainWindow::buildMenus() {
     add(menu("mnuSeite"), {"mnuFSave", "mnuFSaveAs", "mnuFClose", "-", "mnuSeiteEntfernen", "-", "mnuZurSeitenvorlage",
                            "mnuZurUmschlagvorlage", "-", "mnuNeuzeichnen", "mnuZoom"});
     QMenu* edit = menu("mnuBearbeiten");
-    add(edit, {"mnuUndo", "mnuRedo", "-", "mnuECut", "mnuECopy", "mnuEPaste", "mnuEDelete", "-", "mnuESelectAll", "-",
+    add(edit, {"mnuUndo", "mnuRedo", "-", "mnuECut", "mnuECopy", "mnuEPaste", "mnuEDelete", "-", "mnuESelectAll",
+               "mnuEigenschaften", "-",
                "mnuTextGanzVorne", "mnuTextNachVorne", "mnuTextNachHinten", "mnuTextGanzHinten", "-"});
     QMenu* insert = edit->addMenu(QString());
     insert->setObjectName("mnuEinfuegen");
@@ -337,7 +339,7 @@ void MainWindow::pageStateChanged(FrmNotePad* pad) {
     editor::PageDocument* doc = pad ? &pad->document() : nullptr;
     const std::size_t selected = doc ? doc->auswahl().size() : 0;
     for (const char* n : {"mnuFSave", "mnuFSaveAs", "mnuFClose", "mnuSeiteEntfernen", "mnuZurSeitenvorlage",
-                          "mnuZurUmschlagvorlage", "mnuNeuzeichnen", "mnuZoom", "mnuESelectAll"})
+                          "mnuZurUmschlagvorlage", "mnuNeuzeichnen", "mnuZoom", "mnuESelectAll", "mnuEigenschaften"})
         action(n)->setEnabled(pad);
     for (const char* n : {"mnuECut", "mnuECopy", "mnuEDelete", "mnuTextGanzVorne", "mnuTextNachVorne",
                           "mnuTextNachHinten", "mnuTextGanzHinten"})

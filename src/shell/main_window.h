@@ -67,6 +67,7 @@ public:
     Prompter& prompter() override { return prompter_; }
     bool playMode() const override;
     void followLink(editor::FrmNotePad* pad, const QString& link) override;
+    void showProperties(editor::FrmNotePad* pad, std::optional<editor::ElementRef> ref) override;
     std::vector<editor::FrmNotePad*> notePads() const;
 
     // The HTML album run: generate (or mail) after saving, then offer the browser.

@@ -17,6 +17,7 @@
 
 #include "album/options_file.h"
 #include "album/paths.h"
+#include "properties/property_dialogs.h"
 #include "shell/album_explorer.h"
 #include "shell/main_window.h"
 #include "shell/startup.h"
@@ -60,6 +61,8 @@ void MainWindow::wireActions() {
     onPad("mnuEPaste", [](FrmNotePad& p) { p.document().paste(); });
     onPad("mnuEDelete", [](FrmNotePad& p) { p.document().deleteSelection(); });
     onPad("mnuESelectAll", [](FrmNotePad& p) { p.document().selectAll(); });
+    // The active element's dialog, or the page's when nothing is selected.
+    onPad("mnuEigenschaften", [this](FrmNotePad& p) { showProperties(&p, p.document().aktiv()); });
     onPad("mnuTextGanzVorne", [](FrmNotePad& p) { p.document().zOrder("ganzvorn"); });
     onPad("mnuTextNachVorne", [](FrmNotePad& p) { p.document().zOrder("nachvorn"); });
     onPad("mnuTextNachHinten", [](FrmNotePad& p) { p.document().zOrder("nachhinten"); });
@@ -155,6 +158,12 @@ void MainWindow::followLink(editor::FrmNotePad* pad, const QString& link) {
     }
     if (link.startsWith('<')) return;  // a special target the album does not have
     QDesktopServices::openUrl(QUrl::fromUserInput(link));
+}
+
+void MainWindow::showProperties(FrmNotePad* pad, std::optional<editor::ElementRef> ref) {
+    if (!pad || playMode()) return;
+    properties::DialogContext context{*pad, *session_, prompter_, this};
+    if (properties::showProperties(context, ref)) pageStateChanged(pad);
 }
 
 }  // namespace brindle::shell

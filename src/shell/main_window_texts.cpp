@@ -57,6 +57,7 @@ const Caption kActions[] = {
     {"mnuEPaste", "&Einfügen", "&Paste"},
     {"mnuEDelete", "&Löschen", "&Delete"},
     {"mnuESelectAll", "Alles &markieren", "Select &all"},
+    {"mnuEigenschaften", "Eigen&schaften ...", "Properti&es ..."},
     {"mnuTextGanzVorne", "Ganz nach &vorne", "Bring to &front"},
     {"mnuTextNachVorne", "Eine Ebene nach v&orne", "Bring f&orward"},
     {"mnuTextNachHinten", "Eine Ebene nach h&inten", "Send back&ward"},

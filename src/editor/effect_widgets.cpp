@@ -1,0 +1,7 @@
+#include "editor/effect_widgets.h"
+
+namespace brindle::editor {
+
+QWidget* createEffectWidget(const std::string&, const QImage&, QWidget*) { return nullptr; }
+
+}  // namespace brindle::editor

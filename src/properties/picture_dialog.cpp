@@ -1,0 +1,7 @@
+#include "properties/property_dialogs.h"
+
+namespace brindle::properties {
+
+bool showPictureProperties(DialogContext&, int) { return false; }
+
+}  // namespace brindle::properties
