@@ -121,19 +121,24 @@ void FrmFragePanVo::build() {
     cboHotspotZiel_->setObjectName("cboHotspotZiel");
     cmdHotspotLoeschen_ = button(grpHotspot_, "cmdHotspotLoeschen");
     auto* gh = new QGridLayout(grpHotspot_);
+    auto label = [](const char* text, QWidget* parent) {
+        auto* l = new QLabel(text, parent);
+        l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        return l;
+    };
     gh->addWidget(Cbo_Hotspot_, 0, 0, 1, 2);
-    gh->addWidget(CmdHotspot_, 0, 2, 1, 2);
-    gh->addWidget(new QLabel("X1", grpHotspot_), 1, 0);
-    gh->addWidget(Txt_X1_, 1, 1);
-    gh->addWidget(new QLabel("X2", grpHotspot_), 1, 2);
-    gh->addWidget(Txt_X2_, 1, 3);
-    gh->addWidget(new QLabel("Y1", grpHotspot_), 2, 0);
-    gh->addWidget(Txt_Y1_, 2, 1);
-    gh->addWidget(new QLabel("Y2", grpHotspot_), 2, 2);
-    gh->addWidget(Txt_Y2_, 2, 3);
-    gh->addWidget(lblZiel_, 3, 0);
-    gh->addWidget(cboHotspotZiel_, 3, 1, 1, 2);
-    gh->addWidget(cmdHotspotLoeschen_, 3, 3);
+    gh->addWidget(cmdHotspotLoeschen_, 0, 2, 1, 2);
+    gh->addWidget(CmdHotspot_, 1, 0, 1, 4);
+    gh->addWidget(label("X1", grpHotspot_), 2, 0);
+    gh->addWidget(Txt_X1_, 2, 1);
+    gh->addWidget(label("X2", grpHotspot_), 2, 2);
+    gh->addWidget(Txt_X2_, 2, 3);
+    gh->addWidget(label("Y1", grpHotspot_), 3, 0);
+    gh->addWidget(Txt_Y1_, 3, 1);
+    gh->addWidget(label("Y2", grpHotspot_), 3, 2);
+    gh->addWidget(Txt_Y2_, 3, 3);
+    gh->addWidget(lblZiel_, 4, 0);
+    gh->addWidget(cboHotspotZiel_, 4, 1, 1, 3);
 
     grpStart_ = new QGroupBox(this);
     lblZoom_ = new QLabel(grpStart_);
@@ -155,7 +160,7 @@ void FrmFragePanVo::build() {
     gs->addWidget(Cmd_Full_, 0, 3);
     gs->addWidget(new QLabel("X", grpStart_), 1, 0);
     gs->addWidget(txtX_Startwert_, 1, 1);
-    gs->addWidget(new QLabel("Y", grpStart_), 1, 2);
+    gs->addWidget(label("Y", grpStart_), 1, 2);
     gs->addWidget(txtY_Startwert_, 1, 3);
     gs->addWidget(cmdDieseAnsicht_, 2, 0, 1, 4);
 
@@ -172,12 +177,15 @@ void FrmFragePanVo::build() {
     gz->addWidget(Txt_Timebild_, 0, 1);
     gz->addWidget(lblTimeBild_, 1, 0);
     gz->addWidget(Cbo_TimeBild_, 1, 1);
+    gz->setColumnStretch(2, 1);
+    Txt_Timebild_->setMinimumWidth(90);
+    Cbo_TimeBild_->setMinimumContentsLength(20);
 
+    left->addWidget(grpZeit_);
     auto* right = new QVBoxLayout;
     right->addWidget(grpBilder_);
     right->addWidget(grpHotspot_);
     right->addWidget(grpStart_);
-    right->addWidget(grpZeit_);
     right->addStretch();
 
     Cmd_Export_ = button(this, "Cmd_Export");
@@ -196,7 +204,7 @@ void FrmFragePanVo::build() {
     auto* all = new QVBoxLayout(this);
     all->addLayout(top, 1);
     all->addLayout(buttons);
-    resize(1020, 600);
+    resize(1020, 560);
 }
 
 void FrmFragePanVo::Sprachumschaltung() {
@@ -402,7 +410,10 @@ void FrmFragePanVo::hotspotTyped() {
     const PixelRect typed{std::min(x1, x2), std::max(x1, x2), std::min(y1, y2), std::max(y1, y2)};
     if (typed == model_.hotspot(n).rect) return;
     model_.setHotspotRect(n, typed);
-    showHotspot();
+    // The boxes keep what was typed: a half-typed pair is not swapped under the user.
+    std::array<PixelRect, 9> rects{};
+    for (int k = 1; k <= kHotspotsPerPicture; ++k) rects[static_cast<std::size_t>(k - 1)] = model_.hotspot(k).rect;
+    view_->setHotspots(rects, n);
 }
 
 void FrmFragePanVo::CmdSucheDatei_Click() {

@@ -132,7 +132,7 @@ void PanoramaLiveView::paintPicture(QPainter& p) {
 
 void PanoramaLiveView::paintEvent(QPaintEvent*) {
     QPainter p(this);
-    p.fillRect(rect(), palette().window());
+    p.fillRect(rect(), QColor(48, 52, 58));  // around the box, as a viewer's backdrop
     paintPicture(p);
     if (picture_.isNull()) return;
     p.setRenderHint(QPainter::Antialiasing);

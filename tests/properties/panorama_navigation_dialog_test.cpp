@@ -280,9 +280,17 @@ private slots:
             });
             window_->action("mnuNavigation")->trigger();
             onDialog([dir, lang](QDialog* d) {
+                QTest::qWait(200);
                 if (std::string(lang) == "de") fillPanorama(d, false);
                 child<QComboBox>(d, "Cbo_URLs")->setCurrentIndex(0);
                 child<QComboBox>(d, "Cbo_Hotspot")->setCurrentIndex(1);
+                // Hotspot 2 over the far hills, typed in.
+                const char* names[] = {"Txt_X1", "Txt_X2", "Txt_Y1", "Txt_Y2"};
+                const char* values[] = {"700", "1100", "180", "380"};
+                for (int i = 0; i < 4; ++i) {
+                    child<QLineEdit>(d, names[i])->setText(values[i]);
+                    emit child<QLineEdit>(d, names[i])->editingFinished();
+                }
                 QTest::qWait(300);
                 d->grab().save(dir + "/panorama-" + lang + ".png");
                 QTest::mouseClick(child<QPushButton>(d, "cmdOK"), Qt::LeftButton);
