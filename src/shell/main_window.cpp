@@ -113,6 +113,7 @@ void MainWindow::buildActions() {
     makeAction("mnuEDelete", "delete", QKeySequence::Delete);
     makeAction("mnuESelectAll", {}, QKeySequence::SelectAll);
     makeAction("mnuEigenschaften", {}, QKeySequence("Alt+Return"));
+    makeAction("mnuNavigation");
     makeAction("mnuTextGanzVorne", {}, QKeySequence("Ctrl+Shift+]"));
     makeAction("mnuTextNachVorne", {}, QKeySequence("Ctrl+]"));
     makeAction("mnuTextNachHinten", {}, QKeySequence("Ctrl+["));
@@ -176,7 +177,7 @@ void MainWindow::buildMenus() {
     add(file, {"-", "mnuBeenden"});
     add(menu("mnuAlbum"), {"mnuNeueSeite", "mnuVorhSeite"});
     add(menu("mnuSeite"), {"mnuFSave", "mnuFSaveAs", "mnuFClose", "-", "mnuSeiteEntfernen", "-", "mnuZurSeitenvorlage",
-                           "mnuZurUmschlagvorlage", "-", "mnuNeuzeichnen", "mnuZoom"});
+                           "mnuZurUmschlagvorlage", "-", "mnuNavigation", "-", "mnuNeuzeichnen", "mnuZoom"});
     QMenu* edit = menu("mnuBearbeiten");
     add(edit, {"mnuUndo", "mnuRedo", "-", "mnuECut", "mnuECopy", "mnuEPaste", "mnuEDelete", "-", "mnuESelectAll",
                "mnuEigenschaften", "-",
@@ -339,7 +340,8 @@ void MainWindow::pageStateChanged(FrmNotePad* pad) {
     editor::PageDocument* doc = pad ? &pad->document() : nullptr;
     const std::size_t selected = doc ? doc->auswahl().size() : 0;
     for (const char* n : {"mnuFSave", "mnuFSaveAs", "mnuFClose", "mnuSeiteEntfernen", "mnuZurSeitenvorlage",
-                          "mnuZurUmschlagvorlage", "mnuNeuzeichnen", "mnuZoom", "mnuESelectAll", "mnuEigenschaften"})
+                          "mnuZurUmschlagvorlage", "mnuNeuzeichnen", "mnuZoom", "mnuESelectAll", "mnuEigenschaften",
+                          "mnuNavigation"})
         action(n)->setEnabled(pad);
     for (const char* n : {"mnuECut", "mnuECopy", "mnuEDelete", "mnuTextGanzVorne", "mnuTextNachVorne",
                           "mnuTextNachHinten", "mnuTextGanzHinten"})

@@ -63,6 +63,11 @@ void MainWindow::wireActions() {
     onPad("mnuESelectAll", [](FrmNotePad& p) { p.document().selectAll(); });
     // The active element's dialog, or the page's when nothing is selected.
     onPad("mnuEigenschaften", [this](FrmNotePad& p) { showProperties(&p, p.document().aktiv()); });
+    onPad("mnuNavigation", [this](FrmNotePad& p) {
+        if (playMode()) return;
+        properties::DialogContext context{p, *session_, prompter_, this};
+        if (properties::showNavigationProperties(context)) pageStateChanged(&p);
+    });
     onPad("mnuTextGanzVorne", [](FrmNotePad& p) { p.document().zOrder("ganzvorn"); });
     onPad("mnuTextNachVorne", [](FrmNotePad& p) { p.document().zOrder("nachvorn"); });
     onPad("mnuTextNachHinten", [](FrmNotePad& p) { p.document().zOrder("nachhinten"); });

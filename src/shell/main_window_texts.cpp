@@ -58,6 +58,7 @@ const Caption kActions[] = {
     {"mnuEDelete", "&Löschen", "&Delete"},
     {"mnuESelectAll", "Alles &markieren", "Select &all"},
     {"mnuEigenschaften", "Eigen&schaften ...", "Properti&es ..."},
+    {"mnuNavigation", "Navigations&buttons ...", "Navigation &buttons ..."},
     {"mnuTextGanzVorne", "Ganz nach &vorne", "Bring to &front"},
     {"mnuTextNachVorne", "Eine Ebene nach v&orne", "Bring f&orward"},
     {"mnuTextNachHinten", "Eine Ebene nach h&inten", "Send back&ward"},
