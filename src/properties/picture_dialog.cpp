@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QDialogButtonBox>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -127,8 +128,10 @@ void PictureDialog::updateFramePreview() {
     chkAusHintergrund_->setChecked(f_.frameFromBackground);
     chkAusHintergrund_->blockSignals(false);
     const Rgb c = rgbOfColour(f_.frame.colour);
-    cmdColor_->setStyleSheet(QString("QPushButton { border-left: 14px solid rgb(%1,%2,%3); padding: 3px 8px; }")
-                                 .arg(c.red).arg(c.green).arg(c.blue));
+    QPixmap swatch(28, 14);
+    swatch.fill(QColor(c.red, c.green, c.blue));
+    cmdColor_->setIcon(QIcon(swatch));
+    cmdColor_->setIconSize(swatch.size());
     for (QSlider* s : frameSliders_) s->setEnabled(f_.frame.on);
     if (picture_.isNull()) {
         framePreview_->setText(t("Kein Bild", "No picture"));

@@ -171,6 +171,14 @@ QWidget* PictureDialog::buildLinkTab() {
     }
     connect(optLink_, &QButtonGroup::idClicked, this, [this](int id) { f_.linkBehaviour = id; });
     layout->addWidget(behaviourBox);
+    auto* hint = new QLabel(t("Vorige Seite, nächste Seite und Inhaltsseite führen im HTML-Album zu diesen Seiten. "
+                              "\"Bild in voller Größe\" zeigt dieses Bild allein in seiner ganzen Größe.",
+                              "Previous page, next page and contents page lead to those pages of the HTML album. "
+                              "\"Picture in full size\" shows this picture alone at its whole size."),
+                            page);
+    hint->setWordWrap(true);
+    hint->setEnabled(false);
+    layout->addWidget(hint);
     layout->addStretch(1);
     return page;
 }
