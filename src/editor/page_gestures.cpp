@@ -8,8 +8,16 @@ namespace brindle::editor {
 
 namespace {
 int frameWidthOf(const std::string& frameSpec) {
-    // The first item of a frame spec is its width; "None" or nothing is no frame.
-    return frameSpec.empty() || frameSpec.starts_with("None") ? 0 : std::max(0, std::atoi(frameSpec.c_str()));
+    // The first item of a frame spec is its width; the frame counts only when
+    // the sixth item is "1", as in the HTML album.
+    std::string flag;
+    int commas = 0;
+    for (char c : frameSpec) {
+        if (c == ',') ++commas;
+        else if (commas == 5) flag += c;
+    }
+    if (flag != "1") return 0;
+    return std::max(0, std::atoi(frameSpec.c_str()));
 }
 }  // namespace
 

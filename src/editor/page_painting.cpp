@@ -23,8 +23,9 @@ QString text(const std::string& s) {
     return q;
 }
 
+// A frame is drawn only when its sixth item is "1", as the HTML album does.
 int frameWidth(const std::string& frameSpec) {
-    if (frameSpec.empty() || frameSpec.starts_with("None")) return 0;
+    if (QString::fromStdString(frameSpec).section(',', 5, 5) != "1") return 0;
     return std::max(0, QString::fromStdString(frameSpec).section(',', 0, 0).toInt());
 }
 
