@@ -49,7 +49,7 @@ private:
     void stepSeconds(int delta);
     void showPicture();
     void showMusic();
-    const char* t(const char* de, const char* en) const { return tr(language_, de, en); }
+    const char* t(const char* de, const char* en) const { return brindle::tr(language_, de, en); }
 
     Language language_;
     Prompter& prompter_;

@@ -40,7 +40,7 @@ private:
     void chooseColour();
     void showFont();
     void enableTips();
-    const char* t(const char* de, const char* en) const { return tr(language_, de, en); }
+    const char* t(const char* de, const char* en) const { return brindle::tr(language_, de, en); }
 
     Language language_;
     Prompter& prompter_;
