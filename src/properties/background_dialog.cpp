@@ -150,6 +150,10 @@ QWidget* FrmFrageHintergrund::musicTab() {
     row->addWidget(cmdTest_);
     row->addStretch();
     layout->addLayout(row);
+    lblMusikStatus_ = new QLabel;
+    lblMusikStatus_->setObjectName("lblMusikStatus");
+    lblMusikStatus_->setWordWrap(true);
+    layout->addWidget(lblMusikStatus_);
     layout->addStretch();
     return page;
 }
@@ -294,11 +298,17 @@ void FrmFrageHintergrund::testMusic() {
         audio_ = new QAudioOutput(this);
         player_->setAudioOutput(audio_);
         // A file that can't be played, or no sound device, just ends the test.
-        connect(player_, &QMediaPlayer::errorOccurred, this, [this] { cmdTest_->setChecked(false); });
+        connect(player_, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error, const QString& why) {
+            player_->stop();
+            cmdTest_->setChecked(false);
+            lblMusikStatus_->setText(QString(t("Die Musik kann hier nicht gespielt werden: %1",
+                                               "The music can't be played here: %1")).arg(why));
+        });
         connect(player_, &QMediaPlayer::playbackStateChanged, this, [this](QMediaPlayer::PlaybackState s) {
             if (s == QMediaPlayer::StoppedState) cmdTest_->setChecked(false);
         });
     }
+    lblMusikStatus_->clear();
     const QString path = editor::displayPath(value_.music, albumDirectory_, programDirectory_);
     player_->setSource(QUrl::fromLocalFile(path));
     player_->play();

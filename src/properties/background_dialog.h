@@ -61,6 +61,7 @@ private:
     QCheckBox* chkAlleSeiten_;
     QLabel* lblHintergrundMusik_;
     QPushButton* cmdTest_;
+    QLabel* lblMusikStatus_;
     QLineEdit* txtWeiterschaltungZeit_;
     QCheckBox* chkAutotimeAus_;
     QCheckBox* chkAlleSeitenAnimation_;
