@@ -199,6 +199,15 @@ FontSpec PageDocument::defaultFont() const {
     return f;
 }
 
+// A new text takes the album's text style, so it is readable on the album's pages.
+FontSpec PageDocument::textFont() const {
+    FontSpec f = session_.album().style.textFont;
+    const FontSpec fallback = defaultFont();
+    if (f.name.empty()) f.name = fallback.name;
+    if (f.size <= 0) f.size = fallback.size;
+    return f;
+}
+
 ElementRef PageDocument::finishCreate(ElementRef ref) {
     aktivieren(ref);
     SeitenElement(ref.index, ref.kind, "neu");
@@ -239,7 +248,7 @@ ElementRef PageDocument::createText(Box box, const std::string& words) {
     text.text = words;
     text.ext.extText[0] = words;
     text.ext.extLong[1] = 1;  // a drawn text lets its font follow the box
-    text.font = defaultFont();
+    text.font = textFont();
     if (metrics_ && box.width >= kMinimumBox && box.height >= kMinimumBox) {
         text.font.size = SchriftAnpassen(*metrics_, box.width, box.height, words, text.font).size;
     } else if (metrics_) {

@@ -67,6 +67,7 @@ public:
     Grid grid() const { return gridFromOptions(session_.state().options); }
     Language language() const { return session_.language(); }
     void setTextMetrics(TextMetrics* metrics) { metrics_ = metrics; }
+    TextMetrics* textMetrics() const { return metrics_; }
 
     // ---- view
     const std::map<ElementRef, Control>& controls() const { return controls_; }
@@ -173,6 +174,7 @@ private:
     void rotatePicture(int delta);
     ElementRef finishCreate(ElementRef ref);
     FontSpec defaultFont() const;
+    FontSpec textFont() const;
     void status(const std::string& text);
     bool undoAction(const std::string& label, Kind kind, int slot, std::string& error);
     bool redoAction(const std::string& label, Kind kind, int slot, std::string& error);

@@ -341,6 +341,18 @@ TEST_F(CommandTest, DrawnTextFollowsItsBoxWithModeOne) {
     EXPECT_EQ(doc->control(ref)->shownText, "abcd");
 }
 
+TEST_F(CommandTest, DrawnTextTakesTheAlbumsTextFontAndColour) {
+    load();
+    options().font = FontSpec{0x000000, "Liberation Mono", 10, kFalse, kFalse, kFalse};
+    session->album().style.textFont = FontSpec{0xF0E0D0, "Liberation Serif", 14, kTrue, kTrue, kFalse};
+    const ElementRef small = doc->createText({0, 0, 2, 2}, "abc");  // too small to fit: the font stays
+    EXPECT_EQ(page().texts[small.index].font, (FontSpec{0xF0E0D0, "Liberation Serif", 14, kTrue, kTrue, kFalse}));
+    // A style without name or size falls back to the options' font for those only.
+    session->album().style.textFont = FontSpec{0xFFFFFF, "", 0, kFalse, kFalse, kTrue};
+    const ElementRef plain = doc->createText({0, 0, 2, 2}, "abc");
+    EXPECT_EQ(page().texts[plain.index].font, (FontSpec{0xFFFFFF, "Liberation Mono", 10, kFalse, kFalse, kTrue}));
+}
+
 TEST_F(CommandTest, NeuZeichnenRunsItsTenStepsWithTheirTexts) {
     addText({0, 0, 10, 10}, "a");
     addPicture({0, 0, 50, 50});
