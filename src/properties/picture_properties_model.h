@@ -10,6 +10,7 @@
 #include "album/session.h"
 #include "editor/page_document.h"
 #include "properties/picture_specs.h"
+#include "properties/link_targets.h"
 
 namespace brindle::properties {
 
@@ -30,11 +31,6 @@ struct PictureFields {
     bool operator==(const PictureFields&) const = default;
 };
 
-// Link targets the buttons put into the target box.
-inline constexpr const char* kLinkBack = "<zurück>";
-inline constexpr const char* kLinkForward = "<vor>";
-inline constexpr const char* kLinkContents = "<inhalt>";
-inline constexpr const char* kLinkFullView = "<vollbild>";
 
 // txtWinkel takes digits and one leading minus.
 bool isAngleText(const std::string& text);

@@ -7,6 +7,7 @@
 
 #include "album/records.h"
 #include "editor/text_fit.h"
+#include "properties/link_targets.h"
 
 namespace brindle::properties {
 
@@ -29,10 +30,6 @@ struct TextProperties {
     bool operator==(const TextProperties&) const = default;
 };
 
-// The link targets the three link buttons put into the box.
-inline constexpr const char* kLinkBack = "<zurück>";
-inline constexpr const char* kLinkForward = "<vor>";
-inline constexpr const char* kLinkContents = "<inhalt>";
 
 TextProperties textPropertiesOf(const TextElement& text);
 
