@@ -28,7 +28,7 @@ PageCanvas::PageCanvas(PageDocument& document, QWidget* parent) : QWidget(parent
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAcceptDrops(true);
     pictures_ = new CanvasPictures(this);
-    connect(pictures_, &CanvasPictures::arrived, this, [this] { update(); });
+    connect(pictures_, &CanvasPictures::arrived, this, [this](ElementRef ref) { updateElement(ref); });
     connect(pictures_, &CanvasPictures::failed, this, &PageCanvas::pictureFailed);
 }
 
@@ -66,6 +66,14 @@ void PageCanvas::reloadElement(ElementRef ref) {
     const bool picture = ref.kind == Kind::Bild;
     pictures_->reload(ref, heldSize(ref, *c), picture ? PictureFit::Exact : PictureFit::ByHeight,
                       picturePath(ref), picture);
+}
+
+// Only the element's box is drawn again when its picture arrives.
+void PageCanvas::updateElement(ElementRef ref) {
+    const Control* c = doc_.control(ref);
+    if (!c) return;
+    const QRectF r(toWidget(QPointF(c->box.left, c->box.top)), toWidget(QPointF(c->box.right(), c->box.bottom())));
+    update(r.toAlignedRect().adjusted(-2, -2, 2, 2));
 }
 
 void PageCanvas::dropElement(ElementRef ref) {

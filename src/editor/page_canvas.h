@@ -86,6 +86,7 @@ private:
     void updateCursor(QPoint pos);
     std::optional<Box> bandBox() const;
     const QImage& pictureOf(ElementRef ref, const Control& c);
+    void updateElement(ElementRef ref);
     QString picturePath(ElementRef ref) const;
     QSize heldSize(ElementRef ref, const Control& c) const;
 

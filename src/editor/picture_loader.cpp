@@ -4,12 +4,35 @@
 #include <QThread>
 #include <QThreadPool>
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <mutex>
 
 #include "editor/display_picture.h"
 
+#ifdef __linux__
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
+
 namespace brindle::editor {
+
+namespace {
+// Readers give way to the GUI thread when the cores are busy, so the
+// window answers at once while a page's pictures load.
+void yieldToTheGuiThread() {
+#ifdef __linux__
+    thread_local bool done = false;
+    if (done) return;
+    done = true;
+    const auto tid = static_cast<id_t>(::syscall(SYS_gettid));
+    errno = 0;
+    const int nice = ::getpriority(PRIO_PROCESS, tid);
+    if (errno == 0) ::setpriority(PRIO_PROCESS, tid, std::min(nice + 4, 19));
+#endif
+}
+}  // namespace
 
 QImage readScreenPicture(const QString& path, QSize size, PictureFit fit) {
     if (path.isEmpty()) return {};
@@ -69,6 +92,7 @@ void PictureLoader::request(ElementRef ref, const QString& path, QSize size, Pic
     }
     std::shared_ptr<Shared> shared = shared_;
     pictureThreadPool().start([shared, ref, generation, path, size, fit] {
+        yieldToTheGuiThread();
         {
             std::lock_guard lock(shared->mutex);
             if (!shared->current(ref, generation)) return;  // overtaken before it began

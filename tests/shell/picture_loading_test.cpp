@@ -252,6 +252,66 @@ private slots:
         QTest::qWait(20);
         QCOMPARE(prompter_->asked.size(), std::size_t(2));
     }
+
+    // Under Xvfb with BRINDLESEE_SCREENSHOTS set to a folder: a page of
+    // photos while they load (placeholders) and once they are in, in
+    // German and English. A tool run by hand; CTest does not list it.
+    void screenshots() {
+        const QByteArray out = qgetenv("BRINDLESEE_SCREENSHOTS");
+        if (out.isEmpty()) QSKIP("BRINDLESEE_SCREENSHOTS not set");
+        std::vector<std::string> names;
+        for (int i = 0; i < 3; ++i) {
+            const std::string name = file(("foto_" + std::to_string(i + 1) + ".jpg").c_str());
+            drawPhoto(QString::fromStdString(name), i);
+            names.push_back(name);
+        }
+        writeAlbum(names);
+        PoolGate gate;
+        gate.close();
+        start();
+        QVERIFY(pad());  // every later line works on the open page
+        QVERIFY(QTest::qWaitForWindowExposed(window_));
+        QTest::qWait(200);
+        window_->grab().save(QString(out) + "/page-loading-de.png");
+        gate.open();
+        waitForPictures();
+        QTest::qWait(100);
+        window_->grab().save(QString(out) + "/page-loaded-de.png");
+        window_->action("mnuEnglisch")->trigger();
+        gate.close();
+        pad()->document().changeElement({Kind::Bild, 2}, [&] {
+            pad()->document().page().pictures[2].path = file("rot.jpg");
+        });
+        QTest::qWait(200);
+        window_->grab().save(QString(out) + "/page-loading-en.png");
+        gate.open();
+        waitForPictures();
+    }
+
+private:
+    // A landscape with sky, sun, hills and a lake, at camera size.
+    static void drawPhoto(const QString& path, int variant) {
+        QImage img(3000, 2250, QImage::Format_RGB32);
+        QPainter p(&img);
+        p.setRenderHint(QPainter::Antialiasing);
+        QLinearGradient sky(0, 0, 0, 1300);
+        sky.setColorAt(0, QColor::fromHsv(205 + variant * 8, 150, 235));
+        sky.setColorAt(1, QColor::fromHsv(30 + variant * 10, 60, 250));
+        p.fillRect(img.rect(), sky);
+        p.setBrush(QColor(255, 236, 170));
+        p.setPen(Qt::NoPen);
+        p.drawEllipse(QPoint(600 + variant * 700, 420), 170, 170);
+        p.setBrush(QColor::fromHsv(110 + variant * 12, 120, 110));
+        p.drawEllipse(QPoint(900, 1700), 1500, 600);
+        p.setBrush(QColor::fromHsv(95, 140, 80));
+        p.drawEllipse(QPoint(2500, 1800), 1300, 650);
+        QLinearGradient lake(0, 1800, 0, 2250);
+        lake.setColorAt(0, QColor(0x3A, 0x6E, 0x9A));
+        lake.setColorAt(1, QColor(0x1C, 0x3C, 0x5C));
+        p.fillRect(QRect(0, 1850, 3000, 400), lake);
+        p.end();
+        QVERIFY(img.save(path, "JPEG", 92));
+    }
 };
 
 QTEST_MAIN(PictureLoadingTest)
