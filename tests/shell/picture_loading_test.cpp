@@ -216,6 +216,22 @@ private slots:
         QVERIFY(!loader.loading());
     }
 
+    void picturesAreHeldAtTheSizeShownAndNeverLarger() {
+        using editor::PictureFit;
+        using editor::readScreenPicture;
+        const QString red = QString::fromStdString(file("rot.jpg"));
+        QCOMPARE(readScreenPicture(red, {160, 120}, PictureFit::Exact).size(), QSize(160, 120));
+        QCOMPARE(readScreenPicture(red, {300, 100}, PictureFit::Exact).size(), QSize(300, 100));
+        // A box larger than the picture: the picture's own size, the canvas stretches it.
+        QCOMPARE(readScreenPicture(red, {3200, 2400}, PictureFit::Exact).size(), QSize(1600, 1200));
+        // A panorama strip keeps its proportions at the box's height.
+        QCOMPARE(readScreenPicture(red, {50, 90}, PictureFit::ByHeight).size(), QSize(120, 90));
+        QVERIFY(readScreenPicture({}, {160, 120}, PictureFit::Exact).isNull());
+        QVERIFY(readScreenPicture(QString::fromStdString(file("fehlt.jpg")), {160, 120}, PictureFit::Exact).isNull());
+        const QImage small = readScreenPicture(red, {160, 120}, PictureFit::Exact);
+        QVERIFY2(near(small.pixelColor(0, 0), kRed), qPrintable(small.pixelColor(0, 0).name()));
+    }
+
     void closingAPageWhileItsPicturesLoadIsClean() {
         writeAlbum({file("rot.jpg"), file("blau.jpg"), file("rot.jpg")});
         PoolGate gate;
