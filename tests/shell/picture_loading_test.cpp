@@ -246,6 +246,18 @@ private slots:
         QTest::qWait(20);  // anything the workers posted is delivered now
         QVERIFY(prompter_->asked.empty());
         QCOMPARE(pictureThreadPool().activeThreadCount(), 0);
+        // Closed while the reads run and post their results.
+        for (int round = 0; round < 5; ++round) {
+            window_->session().SeiteOeffnen(1, "", false);
+            QVERIFY(pad());
+            QVERIFY(pad()->canvas()->picturesLoading());
+            QTest::qWait(round * 5);
+            window_->action("mnuFClose")->trigger();
+            QTRY_VERIFY(!pad());
+        }
+        pictureThreadPool().waitForDone();
+        QTest::qWait(20);
+        QVERIFY(prompter_->asked.empty());
     }
 
     void eachUnreadablePictureIsToldOnce() {
