@@ -97,11 +97,8 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
 
 void FrmNotePad::wireDocument() {
     PageHooks& h = doc_.hooks();
-    h.elementAktiviert = [this](ElementRef ref) {
-        if (canvas_->reloadElement(ref) || ref.kind != Kind::Bild) return;
-        host_.prompter().message(t("Fehler beim Aktivieren des Bildes aufgetreten.", "Error while activating the Picture."),
-                                 kIconCritical, t("Fehler", "Error"));
-    };
+    h.elementAktiviert = [this](ElementRef ref) { canvas_->reloadElement(ref); };
+    connect(canvas_, &PageCanvas::pictureFailed, this, [this] { reportPictureFailure(); });
     h.elementEntfernt = [this](ElementRef ref) { canvas_->dropElement(ref); };
     h.reihenfolgeAnwenden = [this](int) { canvas_->update(); };
     h.geometryChanged = [this] {
@@ -124,6 +121,21 @@ void FrmNotePad::wireDocument() {
             setUpdatesEnabled(true);
         }
     };
+}
+
+// Pictures arrive from the workers one by one; their failures are told one
+// after another, never as boxes stacked over each other.
+void FrmNotePad::reportPictureFailure() {
+    ++failuresToTell_;
+    if (tellingFailures_) return;
+    tellingFailures_ = true;
+    QPointer<FrmNotePad> alive(this);
+    while (alive && failuresToTell_ > 0) {
+        --failuresToTell_;
+        host_.prompter().message(t("Fehler beim Aktivieren des Bildes aufgetreten.", "Error while activating the Picture."),
+                                 kIconCritical, t("Fehler", "Error"));
+    }
+    if (alive) tellingFailures_ = false;
 }
 
 void FrmNotePad::notifyHost() {

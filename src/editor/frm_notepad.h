@@ -73,6 +73,7 @@ private:
     void showContextMenu(ElementRef ref, QPoint globalPos);
     void updateCanvasSize();
     void notifyHost();
+    void reportPictureFailure();
     const char* t(const char* de, const char* en) const { return brindle::tr(session_.language(), de, en); }
 
     Session& session_;
@@ -91,6 +92,8 @@ private:
     QLabel* lblHoehe_;
     QString removeMenuText_;
     bool unloading_ = false;
+    int failuresToTell_ = 0;
+    bool tellingFailures_ = false;
 };
 
 // The sub-window of the MDI area that holds a page window; closing it asks first.

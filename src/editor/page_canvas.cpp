@@ -27,6 +27,9 @@ PageCanvas::PageCanvas(PageDocument& document, QWidget* parent) : QWidget(parent
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAcceptDrops(true);
+    pictures_ = new CanvasPictures(this);
+    connect(pictures_, &CanvasPictures::arrived, this, [this](ElementRef ref) { updateElement(ref); });
+    connect(pictures_, &CanvasPictures::failed, this, &PageCanvas::pictureFailed);
 }
 
 void PageCanvas::setZoom(int zoom) {
@@ -56,18 +59,25 @@ Point PageCanvas::pagePoint(QPoint pos) const {
     return {static_cast<int>(std::floor(p.x())), static_cast<int>(std::floor(p.y()))};
 }
 
-bool PageCanvas::reloadElement(ElementRef ref) {
-    pictures_.erase(ref);
-    loadedFor_.erase(ref);
+void PageCanvas::reloadElement(ElementRef ref) {
     update();
     const Control* c = doc_.control(ref);
-    if (!c || (ref.kind != Kind::Bild && ref.kind != Kind::Panorama)) return true;
-    return !pictureOf(ref, *c).isNull() || ref.kind == Kind::Panorama;
+    if (!c || (ref.kind != Kind::Bild && ref.kind != Kind::Panorama)) return;
+    const bool picture = ref.kind == Kind::Bild;
+    pictures_->reload(ref, heldSize(ref, *c), picture ? PictureFit::Exact : PictureFit::ByHeight,
+                      picturePath(ref), picture);
+}
+
+// Only the element's box is drawn again when its picture arrives.
+void PageCanvas::updateElement(ElementRef ref) {
+    const Control* c = doc_.control(ref);
+    if (!c) return;
+    const QRectF r(toWidget(QPointF(c->box.left, c->box.top)), toWidget(QPointF(c->box.right(), c->box.bottom())));
+    update(r.toAlignedRect().adjusted(-2, -2, 2, 2));
 }
 
 void PageCanvas::dropElement(ElementRef ref) {
-    pictures_.erase(ref);
-    loadedFor_.erase(ref);
+    pictures_->drop(ref);
     update();
 }
 

@@ -1,6 +1,7 @@
 // PicWorkspace: the canvas of a page window. It draws the page from its
 // record in stacking order and turns mouse and keys into calls on the
-// document. Pictures are cached per element at the size they are shown.
+// document. Pictures are held per element at the size they are shown and
+// read on worker threads (CanvasPictures).
 #pragma once
 
 #include <QImage>
@@ -10,6 +11,7 @@
 #include <map>
 #include <optional>
 
+#include "editor/canvas_pictures.h"
 #include "editor/page_document.h"
 
 namespace brindle::editor {
@@ -26,9 +28,11 @@ public:
     std::function<bool()> playModeActive;
     std::function<void(const std::string& link)> followLink;
 
-    // Control rebuilt: its picture is read again. False when a picture
-    // element's file could not be read.
-    bool reloadElement(ElementRef ref);
+    // Control rebuilt: its picture is read again off the GUI thread; a
+    // picture element whose file cannot be read is told by pictureFailed.
+    void reloadElement(ElementRef ref);
+    // Some picture is still being read.
+    bool picturesLoading() const { return pictures_->loading(); }
     void dropElement(ElementRef ref);
     void reloadPage();  // background and navigation buttons
     // The size the canvas needs for its page at the present zoom.
@@ -51,6 +55,8 @@ signals:
     void deleteWanted();
     // Picture files dropped at a page point.
     void picturesDropped(brindle::editor::Point at, const std::vector<std::string>& files);
+    // A rebuilt picture element's file could not be read (once per rebuild).
+    void pictureFailed(brindle::editor::ElementRef ref);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -80,12 +86,13 @@ private:
     void updateCursor(QPoint pos);
     std::optional<Box> bandBox() const;
     const QImage& pictureOf(ElementRef ref, const Control& c);
-    QImage readPicture(ElementRef ref, QSize wanted);
+    void updateElement(ElementRef ref);
+    QString picturePath(ElementRef ref) const;
+    QSize heldSize(ElementRef ref, const Control& c) const;
 
     PageDocument& doc_;
     int zoom_ = 100;
-    std::map<ElementRef, QImage> pictures_;
-    std::map<ElementRef, QSize> loadedFor_;
+    CanvasPictures* pictures_;
     QImage background_;
     QImage buttons_[3];
     bool banding_ = false;

@@ -47,29 +47,28 @@ void PageCanvas::reloadPage() {
     update();
 }
 
-QImage PageCanvas::readPicture(ElementRef ref, QSize wanted) {
+QString PageCanvas::picturePath(ElementRef ref) const {
     const Session& s = doc_.session();
     std::string stored;
     if (ref.kind == Kind::Bild) stored = doc_.page().pictures[ref.index].path;
     if (ref.kind == Kind::Panorama) stored = doc_.page().panoramas[ref.index].hotspots[0].urlName;
-    const QString path = displayPath(stored, s.state().album.directory, s.state().programDirectory);
-    return loadDisplayPicture(path, wanted, isTrue(s.state().album.loadReduced));
+    return displayPath(stored, s.state().album.directory, s.state().programDirectory);
+}
+
+// Pictures are held at the size they take at 100 %, on this screen's
+// pixels, so the 50 % view draws them from twice its size.
+QSize PageCanvas::heldSize(ElementRef ref, const Control& c) const {
+    const double ratio = devicePixelRatioF();
+    const bool picture = ref.kind == Kind::Bild;
+    const int w = picture && c.imageWidth ? c.imageWidth : c.box.width;
+    const int h = picture && c.imageHeight ? c.imageHeight : c.box.height;
+    return {std::max(1, int(std::ceil(w * ratio))), std::max(1, int(std::ceil(h * ratio)))};
 }
 
 const QImage& PageCanvas::pictureOf(ElementRef ref, const Control& c) {
-    const bool reduced = isTrue(doc_.session().state().album.loadReduced);
-    const QSize wanted(std::max(1, c.imageWidth ? c.imageWidth : c.box.width),
-                       std::max(1, c.imageHeight ? c.imageHeight : c.box.height));
-    auto it = pictures_.find(ref);
-    // A reduced picture is read again once it is shown clearly larger than it was read.
-    const bool stale = it != pictures_.end() && reduced && !it->second.isNull() &&
-                       (wanted.width() > loadedFor_[ref].width() * 1.2 ||
-                        wanted.height() > loadedFor_[ref].height() * 1.2);
-    if (it == pictures_.end() || stale) {
-        loadedFor_[ref] = wanted;
-        it = pictures_.insert_or_assign(ref, readPicture(ref, wanted)).first;
-    }
-    return it->second;
+    const bool picture = ref.kind == Kind::Bild;
+    return pictures_->picture(ref, heldSize(ref, c), picture ? PictureFit::Exact : PictureFit::ByHeight,
+                              [&] { return picturePath(ref); });
 }
 
 // ---------------------------------------------------------------- page

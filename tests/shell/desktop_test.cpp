@@ -452,6 +452,7 @@ private slots:
             w.explorer()->activateNode(node);
             QVERIFY(pad());
         }
+        QTRY_VERIFY_WITH_TIMEOUT(!canvas()->picturesLoading(), 20000);
         QTest::mouseClick(canvas(), Qt::LeftButton, {}, at(160, 200));
         QTest::qWait(300);
         w.grab().save(QString(out) + "/main-window-de.png");
