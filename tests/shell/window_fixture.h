@@ -12,6 +12,7 @@
 #include "album/page_file.h"
 #include "album/stacking.h"
 #include "editor/frm_notepad.h"
+#include "shell/album_explorer.h"
 #include "shell/main_window.h"
 #include "shell/startup.h"
 #include "support/scripted_prompter.h"
