@@ -103,6 +103,7 @@ QWidget* OptionsWindow::makeTab(const OptionTab& tab) {
     if (std::string(tab.id) == "edit") {
         languageGroup_ = new QGroupBox(page);
         auto* form = new QFormLayout(languageGroup_);
+        form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
         language_ = new QComboBox(languageGroup_);
         language_->setObjectName("cboSprache");
         language_->addItem("Deutsch", "deutsch");

@@ -274,6 +274,28 @@ private slots:
         QVERIFY(f.canvas()->width() > before.width() + 1000);
 
     }
+
+    // A tool, not a check (not registered with CTest): under Xvfb with
+    // BRINDLESEE_SCREENSHOTS naming a folder, a page with its faint element
+    // boxes on a dark and on a light background.
+    void screenshots() {
+        const QByteArray out = qgetenv("BRINDLESEE_SCREENSHOTS");
+        if (out.isEmpty()) QSKIP("BRINDLESEE_SCREENSHOTS not set");
+        shell::MainWindow& w = f.start({f.albumPath()});
+        w.resize(1360, 860);
+        w.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        for (const auto& [name, colour] : {std::pair{"dark", 0x3A2A1Eu}, std::pair{"light", 0xF2F4F6u}}) {
+            PageRecord& page = f.pad()->document().page();
+            page.background.clear();
+            page.backgroundColor = colour;
+            page.texts[1].font.color = colour == 0x3A2A1Eu ? 0xF0F0F0 : 0x303030;
+            f.pad()->NeuZeichnen();
+            QTest::mouseClick(f.canvas(), Qt::LeftButton, {}, {100, 100});
+            QTest::qWait(200);
+            w.grab().save(QString("%1/element-boxes-%2.png").arg(QString(out), name));
+        }
+    }
 };
 
 QTEST_MAIN(WindowFaultsTest)
