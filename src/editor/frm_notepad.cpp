@@ -81,7 +81,7 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
         menu.addSeparator();
         menu.addAction(t("&Neuzeichnen", "&Redraw"), this, [this] { NeuZeichnen(); });
         menu.addSeparator();
-        menu.addAction(t("Seiten&eigenschaften ...", "Page p&roperties ..."), this,
+        menu.addAction(t("&Seiteneigenschaften ...", "Pa&ge properties ..."), this,
                        [this] { host_.showProperties(this, std::nullopt); });
         menu.exec(at);
     });

@@ -79,6 +79,7 @@ private:
     void paintPanorama(QPainter& p, ElementRef ref, const Control& c);
     void paintSearch(QPainter& p, ElementRef ref, const Control& c);
     void paintButtons(QPainter& p);
+    void paintElementBoxes(QPainter& p);
     void paintSelection(QPainter& p);
     void paintRubberBand(QPainter& p);
     int handleAt(QPoint pos) const;

@@ -18,8 +18,8 @@ std::string shownTextOf(const TextElement& t) {
 PageDocument::PageDocument(Session& session, int slot, TextMetrics* metrics)
     : session_(session), slot_(slot), metrics_(metrics) {
     const OptionsRecord& o = session_.state().options;
-    extentWidth_ = o.scrollSmallStep > 0 ? o.scrollSmallStep : 200;
-    extentHeight_ = o.scrollLargeStep > 0 ? o.scrollLargeStep : 600;
+    extentWidth_ = baseWidth_ = o.scrollSmallStep > 0 ? o.scrollSmallStep : 200;
+    extentHeight_ = baseHeight_ = o.scrollLargeStep > 0 ? o.scrollLargeStep : 600;
 }
 
 void PageDocument::status(const std::string& text) {
@@ -70,6 +70,7 @@ void PageDocument::grow(bool horizontal, bool plus) {
     const OptionsRecord& o = session_.state().options;
     const int step = horizontal ? std::max(1, o.scrollSmallStep) : std::max(1, o.scrollLargeStep);
     (horizontal ? extentWidth_ : extentHeight_) += plus ? step : -step;
+    (horizontal ? baseWidth_ : baseHeight_) = horizontal ? extentWidth_ : extentHeight_;
     if (hooks_.geometryChanged) hooks_.geometryChanged();
 }
 
@@ -80,6 +81,12 @@ void PageDocument::fitExtent(const Box& b) {
 
 void PageDocument::fitExtentToControls() {
     for (const auto& [ref, c] : controls_) fitExtent(c.box);
+}
+
+void PageDocument::refitExtent() {
+    extentWidth_ = baseWidth_;
+    extentHeight_ = baseHeight_;
+    fitExtentToControls();
 }
 
 // ---------------------------------------------------------------- controls
@@ -178,6 +185,8 @@ void PageDocument::SetzAnkerImage(int index) {
 }
 
 void PageDocument::PicWorkspace_Click() {
+    // The size text belongs to a selection; with none it goes too.
+    if (!auswahl_.empty() || handlesVisible_) status("");
     auswahl_.clear();
     aktiv_.reset();
     handlesVisible_ = false;
@@ -237,8 +246,8 @@ void PageDocument::NeuZeichnen() {
     }
     PicWorkspace_Click();
     const OptionsRecord& o = session_.state().options;
-    extentWidth_ = o.scrollSmallStep > 0 ? o.scrollSmallStep : 200;
-    extentHeight_ = o.scrollLargeStep > 0 ? o.scrollLargeStep : 600;
+    extentWidth_ = baseWidth_ = o.scrollSmallStep > 0 ? o.scrollSmallStep : 200;
+    extentHeight_ = baseHeight_ = o.scrollLargeStep > 0 ? o.scrollLargeStep : 600;
     step(2, "Texte werden geladen ...", "Text will be loaded ...");
     load(Kind::Text);
     step(3, "Suchmaschinen werden geladen ...", "Searchmachine will be loaded...");

@@ -169,6 +169,8 @@ private:
     void placeFrame(ElementRef ref);
     void fitExtent(const Box& box);
     void fitExtentToControls();
+    // Back to the step values (or what the user grew them to), then grown to hold every element.
+    void refitExtent();
     Control dragged(const SelectionEntry& e, int dx, int dy);
     void commitControl(ElementRef ref, const Control& c);
     void rotatePicture(int delta);
@@ -197,6 +199,7 @@ private:
     PageHooks hooks_;
     std::map<ElementRef, Control> controls_;
     int extentWidth_ = 0, extentHeight_ = 0;
+    int baseWidth_ = 0, baseHeight_ = 0;
 
     std::vector<SelectionEntry> auswahl_;
     std::optional<ElementRef> aktiv_;

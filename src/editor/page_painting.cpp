@@ -17,6 +17,20 @@ const QColor kPlaceholderLine(0x6B, 0x78, 0x88);
 
 QRectF rectOf(const Box& b) { return QRectF(b.left, b.top, b.width, b.height); }
 
+// A line that shows on any page: light underneath, dark dashes on top.
+void drawTwoTone(QPainter& p, const QPolygonF& outline, int alpha, qreal width = 1) {
+    p.setBrush(Qt::NoBrush);
+    p.setPen(QPen(QColor(255, 255, 255, alpha), width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    p.drawPolygon(outline);
+    QPen dashes(QColor(0, 0, 0, alpha), width, Qt::CustomDashLine, Qt::FlatCap, Qt::MiterJoin);
+    dashes.setDashPattern({3, 3});
+    dashes.setCosmetic(true);
+    p.setPen(dashes);
+    p.drawPolygon(outline);
+}
+
+QPolygonF outlineOf(const QRectF& r) { return QPolygonF(r.adjusted(0.5, 0.5, -0.5, -0.5)); }
+
 QString text(const std::string& s) {
     QString q = QString::fromStdString(s);
     q.remove(QChar('\r'));
@@ -95,6 +109,30 @@ void PageCanvas::paintPage(QPainter& p, const QRect& area) {
     paintGrid(p, area);
     for (const ElementRef& ref : doc_.drawOrder()) paintElement(p, ref, *doc_.control(ref));
     paintButtons(p);
+    p.restore();
+    if (!playModeActive || !playModeActive()) paintElementBoxes(p);
+}
+
+// In edit mode every element shows its box faintly, as layout programs do,
+// so the empty part of a large text box is not taken for free page.
+void PageCanvas::paintElementBoxes(QPainter& p) {
+    p.save();
+    p.setRenderHint(QPainter::Antialiasing, false);
+    for (const ElementRef& ref : doc_.drawOrder()) {
+        const Control& c = *doc_.control(ref);
+        const QRectF box(toWidget(QPointF(c.box.left, c.box.top)), toWidget(QPointF(c.box.right(), c.box.bottom())));
+        if (ref.kind == Kind::Bild && c.angle != 0) {
+            // A turned picture: the outline of the picture itself.
+            QTransform turn;
+            turn.translate(box.center().x(), box.center().y());
+            turn.rotate(c.angle);
+            const double z = zoom_ / 100.0;
+            const QRectF image(-c.imageWidth * z / 2, -c.imageHeight * z / 2, c.imageWidth * z, c.imageHeight * z);
+            drawTwoTone(p, turn.map(QPolygonF(image)), 70);
+        } else {
+            drawTwoTone(p, outlineOf(box), 70);
+        }
+    }
     p.restore();
 }
 
@@ -243,19 +281,17 @@ void PageCanvas::paintButtons(QPainter& p) {
 void PageCanvas::paintSelection(QPainter& p) {
     if (!doc_.handlesVisible()) return;
     p.setRenderHint(QPainter::Antialiasing, false);
-    p.setPen(QPen(kAccent, 1, Qt::DashLine));
-    p.setBrush(Qt::NoBrush);
     const auto& sel = doc_.auswahl();
     if (sel.size() == 1 && sel.front().ref.kind == Kind::Bild) {
         const EckPunkte& e = doc_.eckPunkte();
         QPolygonF outline;
         for (int i : {0, 2, 4, 6}) outline << toWidget(QPointF(e[std::size_t(i)].x, e[std::size_t(i)].y));
-        p.drawPolygon(outline);
+        drawTwoTone(p, outline, 255);
     } else {
         for (const SelectionEntry& s : sel)
             if (const Control* c = doc_.control(s.ref))
-                p.drawRect(QRectF(toWidget(QPointF(c->box.left, c->box.top)),
-                                  toWidget(QPointF(c->box.right(), c->box.bottom()))).adjusted(0, 0, -1, -1));
+                drawTwoTone(p, outlineOf(QRectF(toWidget(QPointF(c->box.left, c->box.top)),
+                                                toWidget(QPointF(c->box.right(), c->box.bottom())))), 255);
     }
     p.setPen(QPen(kAccent, 1));
     for (int i = 0; i < 9; ++i) {
@@ -270,9 +306,8 @@ void PageCanvas::paintRubberBand(QPainter& p) {
     if (!box) return;
     const QRectF r(toWidget(QPointF(box->left, box->top)), toWidget(QPointF(box->right(), box->bottom())));
     p.setRenderHint(QPainter::Antialiasing, false);
-    p.setPen(QPen(kAccent, 1, Qt::DashLine));
-    p.setBrush(QColor(kAccent.red(), kAccent.green(), kAccent.blue(), 28));
-    p.drawRect(r.normalized());
+    p.fillRect(r.normalized(), QColor(kAccent.red(), kAccent.green(), kAccent.blue(), 28));
+    drawTwoTone(p, outlineOf(r.normalized()), 255);
 }
 
 }  // namespace brindle::editor

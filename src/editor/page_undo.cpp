@@ -115,7 +115,7 @@ void PageDocument::MachUndo() {
         return;
     }
     undo_.stepBack();
-    fitExtentToControls();
+    refitExtent();  // an element taken back may have been what made the page large
     ToolUndoRedo();
     if (hooks_.geometryChanged) hooks_.geometryChanged();
 }
@@ -133,7 +133,7 @@ void PageDocument::MachRedo() {
             std::string(t("Fehler beim bearbeiten vom UNDO: ", "Error while processing the UNDO: ")) + "\r" + error,
             kIconCritical, t("Fehler", "Error"));
     }
-    fitExtentToControls();
+    refitExtent();  // an element taken back may have been what made the page large
     ToolUndoRedo();
     if (hooks_.geometryChanged) hooks_.geometryChanged();
 }

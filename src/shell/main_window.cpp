@@ -353,9 +353,7 @@ void MainWindow::pageStateChanged(FrmNotePad* pad) {
     action("mnuUndo")->setEnabled(doc && doc->undoRing().canUndo());
     action("mnuRedo")->setEnabled(doc && doc->undoRing().canRedo());
     insertGroup_->setEnabled(pad);
-    if (pad) action("mnuSeiteEntfernen")->setText(pad->removeMenuText().isEmpty()
-                                                      ? QString(t("Seite &entfernen", "&Delete page"))
-                                                      : pad->removeMenuText());
+    if (pad) action("mnuSeiteEntfernen")->setText(removeMenuCaption(*pad));
     // The font bar shows the active text.
     const bool text = doc && doc->aktiv() && doc->aktiv()->kind == editor::Kind::Text &&
                       editor::isLive(doc->page(), *doc->aktiv());
@@ -372,10 +370,22 @@ void MainWindow::pageStateChanged(FrmNotePad* pad) {
     }
 }
 
+// "Seite1 entfernen" / "Delete Seite1" in the present language, with its
+// access key on the verb; an ampersand in the page's name shows as itself.
+QString MainWindow::removeMenuCaption(const FrmNotePad& pad) const {
+    if (pad.removeMenuText().isEmpty()) return t("Seite &entfernen", "&Delete page");
+    QString name = pad.caption();
+    name.replace('&', "&&");
+    return session_->language() == Language::German ? name + " &entfernen" : "&Delete " + name;
+}
+
 void MainWindow::onSubWindowActivated(QMdiSubWindow* window) {
     if (lastActive_ && lastActive_ != window)
         if (auto* old = qobject_cast<FrmNotePad*>(lastActive_->widget())) old->deactivated();
     lastActive_ = window;
+    // In the tabbed view the page that comes forward fills the area, also
+    // when another page was closed and Qt left this one in its normal state.
+    if (window && mdi_->viewMode() == QMdiArea::TabbedView && !window->isMaximized()) window->showMaximized();
     FrmNotePad* pad = activeNotePad();
     if (pad) {
         pad->activated();

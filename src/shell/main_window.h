@@ -89,6 +89,8 @@ private:
     void wireActions();
     void onSubWindowActivated(QMdiSubWindow* window);
     void withPad(const std::function<void(editor::FrmNotePad&)>& fn);
+    void keepingActiveTab(const std::function<void()>& fn);
+    QString removeMenuCaption(const editor::FrmNotePad& pad) const;
     void applyFontChange();
     void updateMemory();
     void showOptions();

@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPointer>
 
 #include "album/options_file.h"
 #include "album/paths.h"
@@ -31,6 +32,15 @@ void MainWindow::withPad(const std::function<void(FrmNotePad&)>& fn) {
     if (FrmNotePad* pad = activeNotePad()) fn(*pad);
 }
 
+// Saving walks every page window and the HTML run opens closed pages;
+// the user stays on the page in front.
+void MainWindow::keepingActiveTab(const std::function<void()>& fn) {
+    const QPointer<QMdiSubWindow> front = mdi_->activeSubWindow();
+    fn();
+    if (front && mdi_->subWindowList().contains(front.data()) && mdi_->activeSubWindow() != front)
+        mdi_->setActiveSubWindow(front);
+}
+
 void MainWindow::wireActions() {
     auto on = [this](const char* name, std::function<void()> fn) {
         connect(action(name), &QAction::triggered, this, [fn = std::move(fn)] { fn(); });
@@ -41,8 +51,8 @@ void MainWindow::wireActions() {
     Session& s = *session_;
     on("mnuNeuAlbum", [&s] { s.AlbumNeu(); });
     on("mnuAlbumOeffnen", [&s] { s.albumOeffnen(""); });
-    on("mnuAlbumSpeichern", [&s] { s.AlbumSpeichern(false); });
-    on("mnuAlbumSpeichernUnter", [&s] { s.AlbumSpeichern(true); });
+    on("mnuAlbumSpeichern", [this, &s] { keepingActiveTab([&s] { s.AlbumSpeichern(false); }); });
+    on("mnuAlbumSpeichernUnter", [this, &s] { keepingActiveTab([&s] { s.AlbumSpeichern(true); }); });
     on("mnuBeenden", [this] { close(); });
     on("mnuNeueSeite", [&s] { s.neueSeite("", false); });
     on("mnuVorhSeite", [&s] { s.SeiteOeffnen(0, "", false); });
@@ -76,8 +86,8 @@ void MainWindow::wireActions() {
                             "setaufthor", "setauftver"})
         onPad(key, [key](FrmNotePad& p) { p.document().Ausrichten(key); });
     connect(action("mnuAlbumExplorer"), &QAction::toggled, explorerDock_, &QDockWidget::setVisible);
-    on("mnuHTMLAlbum", [this] { HTMLAlbumGenerieren(false); });
-    on("mnuHTMLMail", [this] { HTMLAlbumGenerieren(true); });
+    on("mnuHTMLAlbum", [this] { keepingActiveTab([this] { HTMLAlbumGenerieren(false); }); });
+    on("mnuHTMLMail", [this] { keepingActiveTab([this] { HTMLAlbumGenerieren(true); }); });
     on("mnuOptionen", [this] { showOptions(); });
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
@@ -129,7 +139,9 @@ void MainWindow::rebuildRecentMenu(const std::vector<std::string>& shown) {
     m->clear();
     for (std::size_t i = 0; i < shown.size(); ++i) {
         const int n = static_cast<int>(i) + 1;
-        QAction* a = m->addAction(QString("&%1  %2").arg(n).arg(QString::fromStdString(shown[i])));
+        // Access keys 1 to 9, then 0 for the tenth.
+        const QString number = n < 10 ? "&" + QString::number(n) : QString::number(n).insert(1, '&');
+        QAction* a = m->addAction(number + "  " + QString::fromStdString(shown[i]).replace('&', "&&"));
         a->setObjectName("RecentFile" + QString::number(n));
         // The menu shows shortened paths; the settings hold the full one.
         connect(a, &QAction::triggered, this, [this, n] {

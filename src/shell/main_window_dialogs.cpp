@@ -1,20 +1,11 @@
 // The options, the about box and the HTML album run of the main window.
 #include <QApplication>
-#include <QCheckBox>
 #include <QDesktopServices>
-#include <QDialog>
-#include <QDialogButtonBox>
 #include <QEventLoop>
-#include <QFormLayout>
-#include <QGroupBox>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProgressDialog>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSpinBox>
 #include <QUrl>
-#include <QVBoxLayout>
 #include <atomic>
 #include <thread>
 
@@ -22,62 +13,18 @@
 #include "html/generation_run.h"
 #include "html/web_picture.h"
 #include "shell/main_window.h"
+#include "shell/options_window.h"
 #include "shell/tool_icons.h"
 
 namespace brindle::shell {
 
 using editor::FrmNotePad;
 
-// frmVorlage in short: language, live move, reduced loading and the grid.
+// frmVorlage: OK applies every control through the album flows.
 void MainWindow::showOptions() {
-    OptionsDialogValues v = currentOptionValues(*session_);
-    QDialog dialog(this);
-    dialog.setObjectName("frmVorlage");
-    dialog.setWindowTitle(t("Optionen", "Options"));
-    auto* layout = new QVBoxLayout(&dialog);
-    auto* language = new QGroupBox(t("Sprache", "Language"), &dialog);
-    auto* de = new QRadioButton("Deutsch", language);
-    auto* en = new QRadioButton("English", language);
-    (v.language == "englisch" ? en : de)->setChecked(true);
-    auto* langRow = new QVBoxLayout(language);
-    langRow->addWidget(de);
-    langRow->addWidget(en);
-    layout->addWidget(language);
-    auto* editing = new QGroupBox(t("Bearbeiten", "Editing"), &dialog);
-    auto* form = new QFormLayout(editing);
-    auto* liveMove = new QCheckBox(t("Elemente beim Ziehen sofort bewegen", "Move elements live while dragging"));
-    liveMove->setChecked(v.liveMove);
-    auto* reduced = new QCheckBox(t("Bilder verkleinert laden", "Load pictures reduced"));
-    reduced->setChecked(v.loadReduced);
-    auto* gridShow = new QCheckBox(t("Raster anzeigen", "Show grid"));
-    gridShow->setChecked(v.gridShow);
-    auto* gridUse = new QCheckBox(t("Am Raster ausrichten", "Snap to grid"));
-    gridUse->setChecked(v.gridUse);
-    auto* gridW = new QSpinBox;
-    auto* gridH = new QSpinBox;
-    for (QSpinBox* b : {gridW, gridH}) b->setRange(0, 500);
-    gridW->setValue(v.gridWidth);
-    gridH->setValue(v.gridHeight);
-    form->addRow(liveMove);
-    form->addRow(reduced);
-    form->addRow(gridShow);
-    form->addRow(gridUse);
-    form->addRow(t("Rasterbreite", "Grid width"), gridW);
-    form->addRow(t("Rasterhöhe", "Grid height"), gridH);
-    layout->addWidget(editing);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
-    buttons->button(QDialogButtonBox::Cancel)->setText(t("Abbrechen", "Cancel"));
-    connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    layout->addWidget(buttons);
+    OptionsWindow dialog(currentOptionValues(*session_), session_->language(), this);
     if (dialog.exec() != QDialog::Accepted) return;
-    v.language = en->isChecked() ? "englisch" : "deutsch";
-    v.liveMove = liveMove->isChecked();
-    v.loadReduced = reduced->isChecked();
-    v.gridShow = gridShow->isChecked();
-    v.gridUse = gridUse->isChecked();
-    v.gridWidth = gridW->value();
-    v.gridHeight = gridH->value();
+    const OptionsDialogValues v = dialog.values();
     OptionsDialogEffects effects;
     effects.switchLanguage = [this] { setLanguage(languageFromName(session_->state().options.language)); };
     effects.redrawPage = [this](int slot) {

@@ -7,6 +7,7 @@
 
 #include "shell/album_explorer.h"
 #include "shell/main_window.h"
+#include "shell/qt_translations.h"
 
 namespace brindle::shell {
 
@@ -25,9 +26,9 @@ const Caption kMenus[] = {
     {"mnuAlbum", "&Album", "&Album"},
     {"mnuSeite", "&Seite", "&Page"},
     {"mnuBearbeiten", "&Bearbeiten", "&Edit"},
-    {"mnuEinfuegen", "&Einfügen", "&Insert"},
-    {"mnuAusrichten", "&Ausrichten", "&Align"},
-    {"mnuAnsicht", "&Ansicht", "&View"},
+    {"mnuEinfuegen", "&Neues Element", "&New element"},
+    {"mnuAusrichten", "A&usrichten", "Ali&gn"},
+    {"mnuAnsicht", "A&nsicht", "&View"},
     {"mnuWerkzeug", "&Werkzeug", "&Tools"},
     {"mnuExtras", "E&xtras", "E&xtras"},
     {"mnuSprache", "S&prache", "&Language"},
@@ -35,11 +36,11 @@ const Caption kMenus[] = {
 };
 
 const Caption kActions[] = {
-    {"mnuNeuAlbum", "Neues &Album", "New &album"},
+    {"mnuNeuAlbum", "Neues &Album", "&New album"},
     {"mnuAlbumOeffnen", "Albu&m öffnen", "&Open album"},
     {"mnuAlbumSpeichern", "Album &speichern", "&Save album"},
     {"mnuAlbumSpeichernUnter", "Album speichern &unter...", "Save album &as..."},
-    {"mnuSpezial", "&Spezial", "&Special"},
+    {"mnuSpezial", "S&pezial", "S&pecial"},
     {"mnuBeenden", "&Beenden", "E&xit"},
     {"mnuNeueSeite", "&Neue Seite hinzufügen", "Add &new page"},
     {"mnuVorhSeite", "Vorh. Seite hinzu&fügen", "Add &existing page"},
@@ -47,7 +48,7 @@ const Caption kActions[] = {
     {"mnuFSaveAs", "Seite speichern &unter...", "Save page &as..."},
     {"mnuFClose", "Seite s&chließen", "&Close page"},
     {"mnuZurSeitenvorlage", "Als Seiten&vorlage übernehmen", "Use as page &template"},
-    {"mnuZurUmschlagvorlage", "Als &Umschlagvorlage übernehmen", "Use as &cover template"},
+    {"mnuZurUmschlagvorlage", "Als U&mschlagvorlage übernehmen", "Use as c&over template"},
     {"mnuNeuzeichnen", "&Neuzeichnen", "&Redraw"},
     {"mnuZoom", "Ansicht &100 % / 50 %", "View &100 % / 50 %"},
     {"mnuUndo", "&Rückgängig", "&Undo"},
@@ -83,12 +84,12 @@ const Caption kActions[] = {
     {"mnuEnglisch", "&English", "&English"},
     {"mnuHilfe", "&Hilfe", "&Help"},
     {"mnuInfo", "Inf&o ..", "Inf&o .."},
-    {"tbZeiger", "Zeiger", "Pointer"},
-    {"tbBild", "Bild", "Picture"},
-    {"tbText", "Text", "Text"},
-    {"tbPanorama", "Panorama", "Panorama"},
-    {"tbSuchmaschine", "Suchmaschine", "Search box"},
-    {"tbBilder", "Bilder", "Pictures"},
+    {"tbZeiger", "&Zeiger", "&Pointer"},
+    {"tbBild", "&Bild", "P&icture"},
+    {"tbText", "&Text", "&Text"},
+    {"tbPanorama", "&Panorama", "P&anorama"},
+    {"tbSuchmaschine", "&Suchmaschine", "&Search box"},
+    {"tbBilder", "Bi&lder", "Pict&ures"},
     {"tbPlay", "Vorschau", "Play"},
     {"tbBold", "Fett", "Bold"},
     {"tbItalic", "Kursiv", "Italic"},
@@ -112,6 +113,7 @@ QString plain(const char* text) { return QString(text).remove('&'); }
 
 void MainWindow::Sprachumschaltung() {
     const bool de = session_->language() == Language::German;
+    useQtTranslations(session_->language());
     for (const Caption& c : kMenus)
         if (QMenu* m = menus_[c.name]) m->setTitle(de ? c.german : c.english);
     for (const Caption& c : kActions) {

@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QHeaderView>
+#include <QTreeView>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QLabel>
@@ -108,21 +110,47 @@ int QtPrompter::askYesNoAll(const std::string& text, const std::string& title) {
     return result;
 }
 
+void prepareFileDialog(QFileDialog& dialog) {
+    // Qt's own dialog, so it speaks the session's language like the rest.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setViewMode(QFileDialog::Detail);
+    dialog.resize(std::max(dialog.width(), 860), std::max(dialog.height(), 520));
+    // Size, type and date show whole; the name takes the rest.
+    if (auto* view = dialog.findChild<QTreeView*>("treeView")) {
+        QHeaderView* header = view->header();
+        header->setStretchLastSection(false);
+        header->setSectionResizeMode(QHeaderView::ResizeToContents);
+        header->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
+}
+
+namespace {
+
+std::vector<QString> runFileDialog(QWidget* parent, const FileDialog& d, QFileDialog::AcceptMode mode) {
+    QString selected;
+    const QString filter = qtFileFilter(d.filter, d.filterIndex, &selected);
+    const QString start = QString::fromStdString(d.proposedName.empty() ? d.startDirectory : d.proposedName);
+    QFileDialog dialog(parent, QString::fromStdString(d.title), start, filter);
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(mode == QFileDialog::AcceptSave ? QFileDialog::AnyFile
+                       : d.multiSelect                 ? QFileDialog::ExistingFiles
+                                                       : QFileDialog::ExistingFile);
+    if (!selected.isEmpty()) dialog.selectNameFilter(selected);
+    prepareFileDialog(dialog);
+    if (dialog.exec() != QDialog::Accepted) return {};
+    const QStringList files = dialog.selectedFiles();
+    return {files.begin(), files.end()};
+}
+
+}  // namespace
+
 std::string QtPrompter::openFile(const FileDialog& d) {
     std::string result;
     runOnGui(qApp, [&] {
-        QString selected;
-        const QString filter = qtFileFilter(d.filter, d.filterIndex, &selected);
-        const QString start = QString::fromStdString(d.proposedName.empty() ? d.startDirectory : d.proposedName);
-        const QString title = QString::fromStdString(d.title);
-        if (!d.multiSelect) {
-            result = QFileDialog::getOpenFileName(parent(), title, start, filter, &selected).toStdString();
-            return;
-        }
-        // Several files come back as the directory and the names.
-        const QStringList files = QFileDialog::getOpenFileNames(parent(), title, start, filter, &selected);
+        const std::vector<QString> files = runFileDialog(parent(), d, QFileDialog::AcceptOpen);
         if (files.size() == 1) result = files.front().toStdString();
         if (files.size() < 2) return;
+        // Several files come back as the directory and the names.
         QStringList parts{QFileInfo(files.front()).absolutePath()};
         for (const QString& f : files) parts << QFileInfo(f).fileName();
         result = parts.join(';').toStdString();
@@ -133,11 +161,8 @@ std::string QtPrompter::openFile(const FileDialog& d) {
 std::string QtPrompter::saveFile(const FileDialog& d) {
     std::string result;
     runOnGui(qApp, [&] {
-        QString selected;
-        const QString filter = qtFileFilter(d.filter, d.filterIndex, &selected);
-        const QString start = QString::fromStdString(d.proposedName.empty() ? d.startDirectory : d.proposedName);
-        result = QFileDialog::getSaveFileName(parent(), QString::fromStdString(d.title), start, filter, &selected)
-                     .toStdString();
+        const std::vector<QString> files = runFileDialog(parent(), d, QFileDialog::AcceptSave);
+        if (!files.empty()) result = files.front().toStdString();
     });
     return result;
 }
@@ -146,9 +171,11 @@ std::string QtPrompter::chooseDirectory(const std::string& title, const std::str
     std::string result;
     runOnGui(qApp, [&] {
         // Qt's own dialog, which carries the new-folder button.
-        const QString dir = QFileDialog::getExistingDirectory(
-            parent(), QString::fromStdString(title), QString::fromStdString(start),
-            QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
+        QFileDialog dialog(parent(), QString::fromStdString(title), QString::fromStdString(start));
+        dialog.setFileMode(QFileDialog::Directory);
+        dialog.setOption(QFileDialog::ShowDirsOnly);
+        prepareFileDialog(dialog);
+        const QString dir = dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
         if (!dir.isEmpty()) result = dir.endsWith('/') ? dir.toStdString() : (dir + '/').toStdString();
     });
     return result;

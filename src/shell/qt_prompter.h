@@ -9,6 +9,7 @@
 #include "album/language.h"
 #include "album/prompter.h"
 
+class QFileDialog;
 class QWidget;
 
 namespace brindle::shell {
@@ -34,6 +35,9 @@ private:
     std::function<QWidget*()> parent_;
     std::function<Language()> language_;
 };
+
+// Qt's own file dialog, large enough and with columns that show whole.
+void prepareFileDialog(QFileDialog& dialog);
 
 // "Text|*.a;*.b|Text|*.c" as Qt's "Text (*.a *.b);;Text (*.c)".
 QString qtFileFilter(const std::string& filter, int index, QString* selected);
