@@ -125,10 +125,14 @@ TEST_F(OptionsControlsTest, OkWritesEachControlIntoItsFieldAndNothingElse) {
         }
         // Only this field (and the album's changed flag) moved.
         for (const auto& [name, value] : now.numbers) {
-            if (name != c.fieldName && name != "modified") EXPECT_EQ(value, old.numbers.at(name)) << name;
+            if (name != c.fieldName && name != "modified") {
+                EXPECT_EQ(value, old.numbers.at(name)) << name;
+            }
         }
         for (const auto& [name, value] : now.texts) {
-            if (name != c.fieldName) EXPECT_EQ(value, old.texts.at(name)) << name;
+            if (name != c.fieldName) {
+                EXPECT_EQ(value, old.texts.at(name)) << name;
+            }
         }
         EXPECT_EQ(s.album().modified, kTrue);
         // Read back, the dialog shows what was taken.
