@@ -40,7 +40,15 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
     scroll_->viewport()->installEventFilter(this);  // the canvas fills the view whatever its size
     canvas_->insertModeActive = [this] { return !host_.insertMode().isEmpty(); };
     canvas_->playModeActive = [this] { return host_.playMode(); };
-    canvas_->followLink = [this](const std::string& link) { host_.followLink(this, QString::fromStdString(link)); };
+    canvas_->followLink = [this](const std::string& link) { SpiegelLink(link, Kind::Bild, slot_, 0); };
+    canvas_->elementPressed = [this](ElementRef ref) {
+        const PageRecord& page = doc_.page();
+        std::string link;
+        if (ref.kind == Kind::Bild) link = page.pictures[ref.index].hyperlink;
+        if (ref.kind == Kind::Text) link = page.texts[ref.index].hyperlink;
+        if (ref.kind == Kind::Suchmaschine) link = page.searchBoxes[ref.index].hyperlink;
+        SpiegelLink(link, ref.kind, slot_, ref.index);
+    };
 
     auto* footer = new QWidget(this);
     footer->setObjectName("pageFooter");
@@ -102,7 +110,10 @@ void FrmNotePad::wireDocument() {
         host_.prompter().message(t("Fehler beim Aktivieren des Bildes aufgetreten.", "Error while activating the Picture."),
                                  kIconCritical, t("Fehler", "Error"));
     };
-    h.elementEntfernt = [this](ElementRef ref) { canvas_->dropElement(ref); };
+    h.elementEntfernt = [this](ElementRef ref) {
+        canvas_->dropElement(ref);
+        dropPlayControl(ref);
+    };
     h.reihenfolgeAnwenden = [this](int) { canvas_->update(); };
     h.geometryChanged = [this] {
         updateCanvasSize();
@@ -144,12 +155,14 @@ void FrmNotePad::Sprachumschaltung() {
     cmdHminus_->setToolTip(t("Seite schmaler", "Narrower page"));
     cmdVplus_->setToolTip(t("Seite höher", "Taller page"));
     cmdVminus_->setToolTip(t("Seite niedriger", "Lower page"));
+    if (!playControls_.empty()) PlaymodeEinstellen();  // the search forms speak the new language
 }
 
 void FrmNotePad::NeuZeichnen() {
     doc_.NeuZeichnen();
     canvas_->update();
     notifyHost();
+    PlaymodeEinstellen();
 }
 
 void FrmNotePad::updateCanvasSize() {
@@ -204,6 +217,7 @@ void FrmNotePad::mnuZurSeitenvorlage_Click(bool cover) {
 
 void FrmNotePad::activated() {
     notifyHost();
+    if (host_.playMode()) playPageMusic();
 }
 
 void FrmNotePad::deactivated() { copyTemplateBack(); }

@@ -6,6 +6,7 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QWidget>
+#include <vector>
 
 #include "album/page_editor.h"
 #include "album/session.h"
@@ -52,6 +53,17 @@ public:
     void mnuZurSeitenvorlage_Click(bool cover);
     void editText(ElementRef ref);
 
+    // Play mode: effects over the animated pictures, a live panorama viewer
+    // and search form over their elements; gone again when play ends.
+    void PlaymodeEinstellen();
+    // Follows an element's link in play mode.
+    void SpiegelLink(const std::string& target, Kind kind, int page, int number);
+    // Clicks on the rain and underwater effects: the picture's link.
+    void rainclick(int index);
+    void underwaterclick(int index);
+    // The full view opened last by "<vollbild>", while it is open.
+    QWidget* vollbild() const { return vollbild_; }
+
     // The window may close: templates copied back, changes asked for.
     bool queryClose();
     void setUnloading() { unloading_ = true; }
@@ -73,6 +85,14 @@ private:
     void showContextMenu(ElementRef ref, QPoint globalPos);
     void updateCanvasSize();
     void notifyHost();
+    void removePlayControls();
+    void dropPlayControl(ElementRef ref);
+    void addEffect(int index);
+    void addPanorama(int index);
+    void addSearch(int index);
+    void placePlayControl(QWidget* w, ElementRef ref, const QString& name);
+    void playPageMusic();
+    QString resolvePath(const std::string& stored) const;
     const char* t(const char* de, const char* en) const { return brindle::tr(session_.language(), de, en); }
 
     Session& session_;
@@ -91,6 +111,8 @@ private:
     QLabel* lblHoehe_;
     QString removeMenuText_;
     bool unloading_ = false;
+    std::vector<QPointer<QWidget>> playControls_;
+    QPointer<QWidget> vollbild_;
 };
 
 // The sub-window of the MDI area that holds a page window; closing it asks first.

@@ -25,6 +25,8 @@ public:
     std::function<bool()> insertModeActive;
     std::function<bool()> playModeActive;
     std::function<void(const std::string& link)> followLink;
+    // Play mode: a press on an element (it follows the element's link).
+    std::function<void(ElementRef ref)> elementPressed;
 
     // Control rebuilt: its picture is read again. False when a picture
     // element's file could not be read.
@@ -40,6 +42,8 @@ public:
     QPointF toWidget(QPointF pagePoint) const;
     // Widget rectangle of handle i, or an empty one when handles are hidden.
     QRect handleRect(int i) const;
+    // Page rectangle of navigation button i (0 back, 1 contents, 2 forward), empty when none.
+    QRectF buttonRect(int i) const;
 
 signals:
     // A box drawn on the empty canvas in an insert mode (page pixels).
