@@ -163,7 +163,7 @@ void MainWindow::followLink(editor::FrmNotePad* pad, const QString& link) {
     for (int i = 1; i <= count && target == 0; ++i) {
         const std::string& title = a.pages[i].title;
         const QString name = QString::fromStdString(title);
-        const QString file = QString::fromStdString(html::pageFileName(title)) + ".htm";
+        const QString file = QString::fromStdString(html::pageFileName(title));
         // A page is reached by its file name or, as in older albums, by its bare title.
         if ((link == "<inhalt>" && (name == "Inhalt" || name == "AlbumDirectory")) ||
             link.compare(file, Qt::CaseInsensitive) == 0 || link == name + ".htm" || link == name)
