@@ -41,6 +41,7 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
     canvas_->insertModeActive = [this] { return !host_.insertMode().isEmpty(); };
     canvas_->playModeActive = [this] { return host_.playMode(); };
     canvas_->followLink = [this](const std::string& link) { SpiegelLink(link, Kind::Bild, slot_, 0); };
+    canvas_->coveredInPlay = [this](ElementRef ref) { return coveredInPlay(ref); };
     canvas_->elementPressed = [this](ElementRef ref) {
         const PageRecord& page = doc_.page();
         std::string link;

@@ -6,6 +6,7 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QWidget>
+#include <optional>
 #include <vector>
 
 #include "album/page_editor.h"
@@ -91,6 +92,8 @@ private:
     void addPanorama(int index);
     void addSearch(int index);
     void placePlayControl(QWidget* w, ElementRef ref, const QString& name);
+    // The element's picture is hidden under its play control (Image1 hidden).
+    bool coveredInPlay(ElementRef ref) const;
     void playPageMusic();
     QString resolvePath(const std::string& stored) const;
     const char* t(const char* de, const char* en) const { return brindle::tr(session_.language(), de, en); }

@@ -27,6 +27,8 @@ public:
     std::function<void(const std::string& link)> followLink;
     // Play mode: a press on an element (it follows the element's link).
     std::function<void(ElementRef ref)> elementPressed;
+    // Play mode: a picture under its effect is not drawn.
+    std::function<bool(ElementRef ref)> coveredInPlay;
 
     // Control rebuilt: its picture is read again. False when a picture
     // element's file could not be read.

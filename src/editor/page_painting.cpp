@@ -125,6 +125,7 @@ void PageCanvas::paintGrid(QPainter& p, const QRect& area) {
 }
 
 void PageCanvas::paintElement(QPainter& p, ElementRef ref, const Control& c) {
+    if (coveredInPlay && coveredInPlay(ref)) return;
     switch (ref.kind) {
         case Kind::Bild: paintPicture(p, ref, c); break;
         case Kind::Text: paintText(p, ref, c); break;

@@ -32,6 +32,14 @@ QString FrmNotePad::resolvePath(const std::string& stored) const {
     return displayPath(stored, s.album.directory, s.programDirectory);
 }
 
+bool FrmNotePad::coveredInPlay(ElementRef ref) const {
+    for (const QPointer<QWidget>& w : playControls_)
+        if (w && !w->objectName().isEmpty() && w->property("elementKind").toInt() == static_cast<int>(ref.kind) &&
+            w->property("elementIndex").toInt() == ref.index)
+            return true;
+    return false;
+}
+
 void FrmNotePad::removePlayControls() {
     // Later, as a control may be the one whose click led here.
     for (QPointer<QWidget>& w : playControls_) {
@@ -68,6 +76,7 @@ void FrmNotePad::PlaymodeEinstellen() {
     for (int i = 1; i <= page.searchBoxes.upper(); ++i)
         if (isLive(page, {Kind::Suchmaschine, i})) addSearch(i);
     if (host_.activeNotePad() == this) playPageMusic();
+    canvas_->update();  // the pictures under their effects are no longer drawn
 }
 
 void FrmNotePad::placePlayControl(QWidget* w, ElementRef ref, const QString& name) {
@@ -92,6 +101,7 @@ void FrmNotePad::addEffect(int index) {
     if (prefix.isEmpty()) return;  // "None", an empty or an unknown animation: the plain picture
     const Control* c = doc_.control({Kind::Bild, index});
     if (!c) return;
+    // As the album's web picture: the frame inside the box, the effect within it.
     EffectOptions options;
     options.frameSpec = pic.ext.extText[0];
     options.file = resolvePath(pic.path);

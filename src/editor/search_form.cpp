@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -21,17 +22,11 @@ constexpr int kMostRows = 6;
 SearchForm::SearchForm(const SearchElement& element, Language language, Search search, Open open, QWidget* parent)
     : QWidget(parent), language_(language), search_(std::move(search)), open_(std::move(open)) {
     setObjectName("SuchMaschine");
-    setAutoFillBackground(true);
-    QPalette pal = palette();
-    pal.setColor(QPalette::Window, QColor(255, 255, 255, 235));
-    setPalette(pal);
 
     caption_ = new QLabel(QString::fromStdString(element.caption.empty() ? t("Suchen", "Search") : element.caption), this);
     caption_->setObjectName("lblCaption");
     caption_->setFont(qtFont(element.font, element.font.size > 0 ? element.font.size : 10));
-    QPalette cp = caption_->palette();
-    cp.setColor(QPalette::WindowText, qtColor(element.font.color));
-    caption_->setPalette(cp);
+    caption_->setStyleSheet(QString("color: %1").arg(qtColor(element.font.color).name()));
     eingabe_ = new QLineEdit(this);
     eingabe_->setObjectName("eingabe");
     eingabe_->setPlaceholderText(t("Suchbegriffe", "Search words"));
@@ -59,6 +54,7 @@ SearchForm::SearchForm(const SearchElement& element, Language language, Search s
     // The list lies on the canvas, so it may reach below the form's box.
     results_ = new QListWidget(parent);
     results_->setObjectName("lstSuchergebnis");
+    results_->setSpacing(2);
     results_->hide();
     connect(results_, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
         const std::string link = item->data(kLinkRole).toString().toStdString();
@@ -102,8 +98,8 @@ void SearchForm::suche() {
 void SearchForm::placeResults() {
     if (!results_) return;
     const int rows = std::clamp(results_->count(), 1, kMostRows);
-    const int rowHeight = std::max(18, results_->sizeHintForRow(0));
-    results_->setGeometry(x(), y() + height() + 2, width(), rows * rowHeight + 2 * results_->frameWidth() + 4);
+    const int rowHeight = std::max(results_->fontMetrics().height() + 8, results_->sizeHintForRow(0));
+    results_->setGeometry(x(), y() + height() + 2, width(), rows * rowHeight + 2 * results_->frameWidth() + 8);
 }
 
 void SearchForm::moveEvent(QMoveEvent* event) {
@@ -114,6 +110,15 @@ void SearchForm::moveEvent(QMoveEvent* event) {
 void SearchForm::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     placeResults();
+}
+
+void SearchForm::paintEvent(QPaintEvent*) {
+    // A white card, as the canvas draws the element outside play.
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(QPen(QColor(0x6B, 0x78, 0x88), 1));
+    p.setBrush(Qt::white);
+    p.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
 }
 
 void SearchForm::hideEvent(QHideEvent* event) {

@@ -158,7 +158,7 @@ void MainWindow::followLink(editor::FrmNotePad* pad, const QString& link) {
     int target = 0;
     // As the album's links resolve: a page outside the list goes forward to
     // page 2 and nowhere back; the ends wrap round.
-    if (link == "<vor>" && count > 0) target = here == 0 ? std::min(2, count) : here == count ? 1 : here < count ? here + 1 : 0;
+    if (link == "<vor>" && count > 0) target = here == 0 ? (count >= 2 ? 2 : 0) : here == count ? 1 : here < count ? here + 1 : 0;
     else if (link == QString::fromUtf8("<zurück>") && count > 0) target = here == 1 ? count : here > 1 ? here - 1 : 0;
     for (int i = 1; i <= count && target == 0; ++i) {
         const std::string& title = a.pages[i].title;

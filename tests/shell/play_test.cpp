@@ -474,7 +474,7 @@ private slots:
         openPage("Rundblick");
         QTest::qWait(800);
         if (auto* form = control<editor::SearchForm>("SuchMaschine1")) {
-            QTest::keyClicks(form->input(), "See");
+            QTest::keyClicks(form->input(), "Leuchtturm");
             QTest::mouseClick(form->startButton(), Qt::LeftButton);
         }
         QTest::qWait(300);
