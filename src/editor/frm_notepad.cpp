@@ -40,7 +40,16 @@ FrmNotePad::FrmNotePad(Session& session, int slot, NotePadHost& host, QWidget* p
     scroll_->viewport()->installEventFilter(this);  // the canvas fills the view whatever its size
     canvas_->insertModeActive = [this] { return !host_.insertMode().isEmpty(); };
     canvas_->playModeActive = [this] { return host_.playMode(); };
-    canvas_->followLink = [this](const std::string& link) { host_.followLink(this, QString::fromStdString(link)); };
+    canvas_->followLink = [this](const std::string& link) { SpiegelLink(link, Kind::Bild, slot_, 0); };
+    canvas_->coveredInPlay = [this](ElementRef ref) { return coveredInPlay(ref); };
+    canvas_->elementPressed = [this](ElementRef ref) {
+        const PageRecord& page = doc_.page();
+        std::string link;
+        if (ref.kind == Kind::Bild) link = page.pictures[ref.index].hyperlink;
+        if (ref.kind == Kind::Text) link = page.texts[ref.index].hyperlink;
+        if (ref.kind == Kind::Suchmaschine) link = page.searchBoxes[ref.index].hyperlink;
+        SpiegelLink(link, ref.kind, slot_, ref.index);
+    };
 
     auto* footer = new QWidget(this);
     footer->setObjectName("pageFooter");
@@ -99,7 +108,10 @@ void FrmNotePad::wireDocument() {
     PageHooks& h = doc_.hooks();
     h.elementAktiviert = [this](ElementRef ref) { canvas_->reloadElement(ref); };
     connect(canvas_, &PageCanvas::pictureFailed, this, [this] { reportPictureFailure(); });
-    h.elementEntfernt = [this](ElementRef ref) { canvas_->dropElement(ref); };
+    h.elementEntfernt = [this](ElementRef ref) {
+        canvas_->dropElement(ref);
+        dropPlayControl(ref);
+    };
     h.reihenfolgeAnwenden = [this](int) { canvas_->update(); };
     h.geometryChanged = [this] {
         updateCanvasSize();
@@ -156,12 +168,14 @@ void FrmNotePad::Sprachumschaltung() {
     cmdHminus_->setToolTip(t("Seite schmaler", "Narrower page"));
     cmdVplus_->setToolTip(t("Seite höher", "Taller page"));
     cmdVminus_->setToolTip(t("Seite niedriger", "Lower page"));
+    if (!playControls_.empty()) PlaymodeEinstellen();  // the search forms speak the new language
 }
 
 void FrmNotePad::NeuZeichnen() {
     doc_.NeuZeichnen();
     canvas_->update();
     notifyHost();
+    PlaymodeEinstellen();
 }
 
 void FrmNotePad::updateCanvasSize() {
@@ -216,6 +230,7 @@ void FrmNotePad::mnuZurSeitenvorlage_Click(bool cover) {
 
 void FrmNotePad::activated() {
     notifyHost();
+    if (host_.playMode()) playPageMusic();
 }
 
 void FrmNotePad::deactivated() { copyTemplateBack(); }

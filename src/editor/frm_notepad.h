@@ -6,6 +6,8 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QWidget>
+#include <optional>
+#include <vector>
 
 #include "album/page_editor.h"
 #include "album/session.h"
@@ -52,6 +54,17 @@ public:
     void mnuZurSeitenvorlage_Click(bool cover);
     void editText(ElementRef ref);
 
+    // Play mode: effects over the animated pictures, a live panorama viewer
+    // and search form over their elements; gone again when play ends.
+    void PlaymodeEinstellen();
+    // Follows an element's link in play mode.
+    void SpiegelLink(const std::string& target, Kind kind, int page, int number);
+    // Clicks on the rain and underwater effects: the picture's link.
+    void rainclick(int index);
+    void underwaterclick(int index);
+    // The full view opened last by "<vollbild>", while it is open.
+    QWidget* vollbild() const { return vollbild_; }
+
     // The window may close: templates copied back, changes asked for.
     bool queryClose();
     void setUnloading() { unloading_ = true; }
@@ -74,6 +87,16 @@ private:
     void updateCanvasSize();
     void notifyHost();
     void reportPictureFailure();
+    void removePlayControls();
+    void dropPlayControl(ElementRef ref);
+    void addEffect(int index);
+    void addPanorama(int index);
+    void addSearch(int index);
+    void placePlayControl(QWidget* w, ElementRef ref, const QString& name);
+    // The element's picture is hidden under its play control (Image1 hidden).
+    bool coveredInPlay(ElementRef ref) const;
+    void playPageMusic();
+    QString resolvePath(const std::string& stored) const;
     const char* t(const char* de, const char* en) const { return brindle::tr(session_.language(), de, en); }
 
     Session& session_;
@@ -94,6 +117,8 @@ private:
     bool unloading_ = false;
     int failuresToTell_ = 0;
     bool tellingFailures_ = false;
+    std::vector<QPointer<QWidget>> playControls_;
+    QPointer<QWidget> vollbild_;
 };
 
 // The sub-window of the MDI area that holds a page window; closing it asks first.

@@ -3,6 +3,8 @@
 
 #include <QString>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "album/prompter.h"
 #include "editor/elements.h"
@@ -30,6 +32,11 @@ public:
     // The property dialog of an element, or of the page itself (background,
     // music, forwarding) when `ref` is empty.
     virtual void showProperties(FrmNotePad* /*pad*/, std::optional<ElementRef> /*ref*/) {}
+    // The album's search for a search element in play mode: the links of
+    // the pages found, or nothing when it could not run (and said why).
+    virtual std::optional<std::vector<std::string>> searchAlbum(const std::string& /*words*/, bool /*matchCase*/) {
+        return std::nullopt;
+    }
 };
 
 }  // namespace brindle::editor

@@ -113,7 +113,17 @@ void PageCanvas::mousePressEvent(QMouseEvent* event) {
     if (playModeActive && playModeActive()) {
         // Nothing is selected while playing; elements with a link follow it.
         if (event->button() != Qt::LeftButton) return;
+        static const char* const buttonLinks[3] = {"<zurück>", "<inhalt>", "<vor>"};
+        for (int i = 0; i < 3; ++i) {
+            if (!buttonRect(i).contains(toPage(event->position())) || !followLink) continue;
+            followLink(buttonLinks[i]);
+            return;
+        }
         if (std::optional<ElementRef> ref = doc_.elementAt(p)) {
+            if (elementPressed) {
+                elementPressed(*ref);
+                return;
+            }
             const std::string link = hyperlinkOf(doc_.page(), *ref);
             if (!link.empty() && followLink) followLink(link);
         }

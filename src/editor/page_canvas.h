@@ -27,6 +27,10 @@ public:
     std::function<bool()> insertModeActive;
     std::function<bool()> playModeActive;
     std::function<void(const std::string& link)> followLink;
+    // Play mode: a press on an element (it follows the element's link).
+    std::function<void(ElementRef ref)> elementPressed;
+    // Play mode: a picture under its effect is not drawn.
+    std::function<bool(ElementRef ref)> coveredInPlay;
 
     // Control rebuilt: its picture is read again off the GUI thread; a
     // picture element whose file cannot be read is told by pictureFailed.
@@ -44,6 +48,8 @@ public:
     QPointF toWidget(QPointF pagePoint) const;
     // Widget rectangle of handle i, or an empty one when handles are hidden.
     QRect handleRect(int i) const;
+    // Page rectangle of navigation button i (0 back, 1 contents, 2 forward), empty when none.
+    QRectF buttonRect(int i) const;
 
 signals:
     // A box drawn on the empty canvas in an insert mode (page pixels).

@@ -163,6 +163,7 @@ void PageCanvas::paintGrid(QPainter& p, const QRect& area) {
 }
 
 void PageCanvas::paintElement(QPainter& p, ElementRef ref, const Control& c) {
+    if (coveredInPlay && coveredInPlay(ref)) return;
     switch (ref.kind) {
         case Kind::Bild: paintPicture(p, ref, c); break;
         case Kind::Text: paintText(p, ref, c); break;
@@ -263,17 +264,19 @@ void PageCanvas::paintSearch(QPainter& p, ElementRef ref, const Control& c) {
     p.setBrush(Qt::NoBrush);
 }
 
-void PageCanvas::paintButtons(QPainter& p) {
+QRectF PageCanvas::buttonRect(int i) const {
     // As the generated page shows them: one centred row above the elements.
     int total = 0;
     for (const QImage& b : buttons_) total += b.isNull() ? 0 : b.width() + 8;
-    if (total == 0) return;
+    if (total == 0 || i < 0 || i > 2 || buttons_[i].isNull()) return {};
     double x = (width() * 100.0 / zoom_ - total) / 2;
-    for (const QImage& b : buttons_) {
-        if (b.isNull()) continue;
-        p.drawImage(QPointF(x, 8), b);
-        x += b.width() + 8;
-    }
+    for (int k = 0; k < i; ++k) x += buttons_[k].isNull() ? 0 : buttons_[k].width() + 8;
+    return QRectF(x, 8, buttons_[i].width(), buttons_[i].height());
+}
+
+void PageCanvas::paintButtons(QPainter& p) {
+    for (int i = 0; i < 3; ++i)
+        if (const QRectF r = buttonRect(i); !r.isEmpty()) p.drawImage(r.topLeft(), buttons_[i]);
 }
 
 // ---------------------------------------------------------------- selection

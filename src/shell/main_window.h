@@ -68,6 +68,7 @@ public:
     bool playMode() const override;
     void followLink(editor::FrmNotePad* pad, const QString& link) override;
     void showProperties(editor::FrmNotePad* pad, std::optional<editor::ElementRef> ref) override;
+    std::optional<std::vector<std::string>> searchAlbum(const std::string& words, bool matchCase) override;
     std::vector<editor::FrmNotePad*> notePads() const;
 
     // The HTML album run: generate (or mail) after saving, then offer the browser.
@@ -95,6 +96,7 @@ private:
     void updateMemory();
     void showOptions();
     void showAbout();
+    void playModeChanged();
     const char* t(const char* de, const char* en) const { return brindle::tr(session_->language(), de, en); }
 
     Prompter& prompter_;

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QFile>
+#include <QFileInfo>
 #include <QFontComboBox>
 #include <QLabel>
 #include <QMdiArea>
@@ -18,6 +19,10 @@
 
 #include "album/options_file.h"
 #include "album/paths.h"
+#include "editor/display_picture.h"
+#include "editor/sound_player.h"
+#include "html/safe_text.h"
+#include "html/search_page.h"
 #include "properties/property_dialogs.h"
 #include "shell/album_explorer.h"
 #include "shell/main_window.h"
@@ -92,6 +97,7 @@ void MainWindow::wireActions() {
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
     on("mnuInfo", [this] { showAbout(); });
+    connect(action("tbPlay"), &QAction::toggled, this, [this] { playModeChanged(); });
     connect(fontBox_, &QFontComboBox::currentFontChanged, this, [this] { applyFontChange(); });
     connect(sizeBox_, &QComboBox::currentTextChanged, this, [this] { applyFontChange(); });
     for (const char* n : {"tbBold", "tbItalic", "tbUnderline"})
@@ -153,20 +159,31 @@ void MainWindow::rebuildRecentMenu(const std::vector<std::string>& shown) {
 
 bool MainWindow::playMode() const { return action("tbPlay")->isChecked(); }
 
+// PlaymodeEinstellen for every open page; the music ends with play.
+void MainWindow::playModeChanged() {
+    if (!playMode()) editor::SoundPlayer::instance().stop();
+    for (FrmNotePad* pad : notePads()) pad->PlaymodeEinstellen();
+}
+
 // Links of the play mode lead where they lead in the HTML album: to the
-// next, previous or contents page, to a page by its name, or outside.
+// next, previous or contents page, to a page by its file name or bare
+// title, to a file, or outside.
 void MainWindow::followLink(editor::FrmNotePad* pad, const QString& link) {
     AlbumRecord& a = session_->album();
     const int here = session_->entryOfSlot(pad ? pad->tag() : 0);
     const int count = std::min<int>(a.pageCount, a.pages.upper());
     int target = 0;
-    if (link == "<vor>" && count > 0) target = here >= count ? 1 : here + 1;
-    else if (link == QString::fromUtf8("<zurück>") && count > 0) target = here <= 1 ? count : here - 1;
+    // As the album's links resolve: a page outside the list goes forward to
+    // page 2 and nowhere back; the ends wrap round.
+    if (link == "<vor>" && count > 0) target = here == 0 ? (count >= 2 ? 2 : 0) : here == count ? 1 : here < count ? here + 1 : 0;
+    else if (link == QString::fromUtf8("<zurück>") && count > 0) target = here == 1 ? count : here > 1 ? here - 1 : 0;
     for (int i = 1; i <= count && target == 0; ++i) {
-        const QString title = QString::fromStdString(a.pages[i].title);
+        const std::string& title = a.pages[i].title;
+        const QString name = QString::fromStdString(title);
+        const QString file = QString::fromStdString(html::pageFileName(title));
         // A page is reached by its file name or, as in older albums, by its bare title.
-        if ((link == "<inhalt>" && (title == "Inhalt" || title == "AlbumDirectory")) || link == title + ".htm" ||
-            link == title)
+        if ((link == "<inhalt>" && (name == "Inhalt" || name == "AlbumDirectory")) ||
+            link.compare(file, Qt::CaseInsensitive) == 0 || link == name + ".htm" || link == name)
             target = i;
     }
     if (target > 0) {
@@ -174,7 +191,20 @@ void MainWindow::followLink(editor::FrmNotePad* pad, const QString& link) {
         return;
     }
     if (link.startsWith('<')) return;  // a special target the album does not have
+    const QString local = editor::displayPath(link.toStdString(), a.directory, session_->state().programDirectory);
+    if (!link.contains("://") && QFileInfo(local).isFile()) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(local).absoluteFilePath()));
+        return;
+    }
     QDesktopServices::openUrl(QUrl::fromUserInput(link));
+}
+
+// The search of a search element: the HTML album's data in the album's folder.
+std::optional<std::vector<std::string>> MainWindow::searchAlbum(const std::string& words, bool matchCase) {
+    const bool blank = words.find_first_not_of(' ') == std::string::npos;
+    std::vector<std::string> found = html::sucheImAlbum(*session_, words, matchCase);
+    if (session_->album().fileName.empty() || blank) return std::nullopt;  // it said why
+    return found;
 }
 
 void MainWindow::showProperties(FrmNotePad* pad, std::optional<editor::ElementRef> ref) {
