@@ -352,7 +352,7 @@ private slots:
             child<QLineEdit>(d, "txtTitel")->setText("Nicht gespeichert");
             click(d, "cmdAbbrechen");
         });
-        chooseInMenu("Page p&roperties");
+        chooseInMenu("Pa&ge properties");
         QTest::mouseClick(canvas(), Qt::RightButton, {}, QPoint(700, 500));
         QTRY_VERIFY(shown);
         QCOMPARE(pageBytes(page()), before);
