@@ -120,6 +120,10 @@ std::string encodeFileString(std::string_view utf8) {
         out += static_cast<char>(b);
         i += n;
     }
+    // Windows-1252 bytes that happen to form UTF-8 ("Ã¾" is C3 BE, read back
+    // as "þ") would come back as other characters: such a text is stored as
+    // UTF-8, which reads back as itself.
+    if (decodeFileString(out) != utf8) return std::string(utf8);
     return out;
 }
 

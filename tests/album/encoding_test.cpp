@@ -15,6 +15,9 @@ TEST(Encoding, Windows1252WhereItFitsUtf8Otherwise) {
         {"€ „“ – …", "\x80 \x84\x93 \x96 \x85"},
         {"Ä 東", "Ä 東"},  // one character does not fit: the whole text stays UTF-8
         {"\xC2\x81", "\x81"},  // undefined byte 0x81 travels as U+0081
+        // Its Windows-1252 bytes C3 BE would read back as "þ": stored as UTF-8.
+        {"Ã¾", "Ã¾"},
+        {"Ã¾ und ö", "\xC3\xBE und \xF6"},  // with the ö it is no UTF-8: Windows-1252 again
     };
     for (const Row& r : rows) {
         SCOPED_TRACE(r.text);
