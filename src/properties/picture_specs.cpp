@@ -47,9 +47,11 @@ std::string n(int v) { return std::to_string(v); }
 
 }  // namespace
 
+// The closing comma matters: the HTML album reads the string with its
+// padding appended directly, and "1None" would be no frame.
 std::string buildFrameSpec(const FrameSettings& f) {
     return n(f.width) + "," + n(f.light) + "," + n(f.shadow) + "," + std::to_string(f.colour) + "," +
-           (f.texture.empty() ? std::string("None") : f.texture) + "," + (f.on ? "1" : "0");
+           (f.texture.empty() ? std::string("None") : f.texture) + "," + (f.on ? "1" : "0") + ",";
 }
 
 void readFrameSpec(const std::string& spec, FrameSettings& frame) {

@@ -172,7 +172,7 @@ private slots:
             child<QSpinBox>(d, "txtLakeSpeed")->setValue(6);
             QTest::mouseClick(child<QPushButton>(d, "cmdOK"), Qt::LeftButton);
         });
-        QCOMPARE(QString::fromStdString(record().ext.extText[0]), QString("12,70,30,8421504,None,1"));
+        QCOMPARE(QString::fromStdString(record().ext.extText[0]), QString("12,70,30,8421504,None,1,"));
         QCOMPARE(QString::fromStdString(record().ext.extText[1]), QString("Lake,6,55,0,0,0"));
         QCOMPARE(QString::fromStdString(record().ext.extText[2]), QString("344"));
         QCOMPARE(QString::fromStdString(record().ext.extText[3]), QString("234"));

@@ -3,6 +3,8 @@
 // frame copied to the pictures of this page and of closed pages on disk.
 #include <gtest/gtest.h>
 
+#include "html/html_text.h"
+
 #include <array>
 #include <cstring>
 #include <filesystem>
@@ -179,15 +181,19 @@ TEST(PictureSpecs, ReadingAnimationSetsOnlyItsKindsSliders) {
 
 TEST(PictureSpecs, FrameStringHasSixItemsAndNoneLeavesControls) {
     FrameSettings f;
-    EXPECT_EQ(buildFrameSpec(f), "15,50,50,8421504,None,0");
+    EXPECT_EQ(buildFrameSpec(f), "15,50,50,8421504,None,0,");
     f.on = true;
     f.width = 12;
     f.light = 60;
     f.shadow = 40;
     f.colour = 3355443;
-    EXPECT_EQ(buildFrameSpec(f), "12,60,40,3355443,None,1");
+    EXPECT_EQ(buildFrameSpec(f), "12,60,40,3355443,None,1,");
     f.texture = "/bilder/holz.jpg";
-    EXPECT_EQ(buildFrameSpec(f), "12,60,40,3355443,/bilder/holz.jpg,1");
+    EXPECT_EQ(buildFrameSpec(f), "12,60,40,3355443,/bilder/holz.jpg,1,");
+    // The HTML album reads the string with its padding appended directly.
+    EXPECT_TRUE(html::hasFrame(html::specTokens(buildFrameSpec(f))));
+    f.on = false;
+    EXPECT_FALSE(html::hasFrame(html::specTokens(buildFrameSpec(f))));
 
     FrameSettings read;
     readFrameSpec("8,70,30,255,/t/stein.png,1,", read);
@@ -322,7 +328,7 @@ TEST_F(PicturePropertiesTest, OkStoresEveryFieldAsOneChangeStepAndUndoRestores) 
     EXPECT_EQ(p.ext.extLong[5], 90);
     EXPECT_EQ(p.pictureWidth, 60);
     EXPECT_EQ(p.pictureHeight, 90);
-    EXPECT_EQ(p.ext.extText[0], "10,60,40,13141,None,1");
+    EXPECT_EQ(p.ext.extText[0], "10,60,40,13141,None,1,");
     EXPECT_EQ(p.ext.extText[1], "Pano,7,4,0,0,0");
     // 200 wide keeps its width, the new picture's aspect gives 300 high,
     // and the quarter turn lays that box on its side round the same centre.
@@ -359,7 +365,7 @@ TEST_F(PicturePropertiesTest, OriginalSizeTakesThePicturesSize) {
     m.ok(*doc);
     EXPECT_EQ((editor::Box{pic(1).left, pic(1).top, pic(1).width, pic(1).height}), (editor::Box{40, 60, 80, 40}));
     EXPECT_EQ(pic(1).ext.extLong[0], -1);
-    EXPECT_EQ(pic(1).ext.extText[0], "15,50,50,8421504,None,0");
+    EXPECT_EQ(pic(1).ext.extText[0], "15,50,50,8421504,None,0,");
     EXPECT_EQ(pic(1).ext.extText[1], "");
     EXPECT_EQ(pic(1).ext.extText[2], "80");
 }
@@ -391,13 +397,13 @@ TEST_F(PicturePropertiesTest, FrameFromThePageBackgroundIsItsTexture) {
     m.open(prompter);
     m.fields().frame.on = true;
     m.setFrameFromBackground(true);
-    EXPECT_EQ(m.frameSpec(), "15,50,50,8421504," + path("see.bmp") + ",1");
+    EXPECT_EQ(m.frameSpec(), "15,50,50,8421504," + path("see.bmp") + ",1,");
     m.ok(*doc);
     PicturePropertiesModel again(*session, slot, 1);
     again.open(prompter);
     EXPECT_TRUE(again.fields().frameFromBackground);
     again.setFrameFromBackground(false);
-    EXPECT_EQ(again.frameSpec(), "15,50,50,8421504,None,1");
+    EXPECT_EQ(again.frameSpec(), "15,50,50,8421504,None,1,");
 }
 
 TEST_F(PicturePropertiesTest, IconIsOfferedAsJpeg) {
@@ -433,8 +439,8 @@ TEST_F(PicturePropertiesTest, AllPicturesOnThisPageGetTheFrame) {
     m.fields().allOnThisPage = true;
     const int steps = doc->undoRing().pos;
     m.ok(*doc);
-    EXPECT_EQ(pic(1).ext.extText[0], "6,50,50,0,None,1");
-    EXPECT_EQ(pic(2).ext.extText[0], "6,50,50,0,None,1");
+    EXPECT_EQ(pic(1).ext.extText[0], "6,50,50,0,None,1,");
+    EXPECT_EQ(pic(2).ext.extText[0], "6,50,50,0,None,1,");
     EXPECT_EQ(pic(2).ext.extText[2], "72");
     EXPECT_EQ(pic(2).ext.extText[3], "102");
     EXPECT_EQ(pic(3).ext.extText[0], "");  // deleted
@@ -454,11 +460,11 @@ TEST_F(PicturePropertiesTest, AllPicsOnAllPagesChangesAClosedPageOnDiskAndNothin
     m.fields().allOnAllPages = true;
     m.ok(*doc);
 
-    EXPECT_EQ(pic(2).ext.extText[0], "7,30,70,255,None,1");  // this page too
+    EXPECT_EQ(pic(2).ext.extText[0], "7,30,70,255,None,1,");  // this page too
     PageFile after;
     ASSERT_TRUE(readPageFile(path("Seite2.apg"), {}, after).ok());
     PageRecord expected = before.page;
-    expected.pictures[1].ext.extText[0] = "7,30,70,255,None,1";
+    expected.pictures[1].ext.extText[0] = "7,30,70,255,None,1,";
     expected.pictures[1].ext.extText[2] = "134";
     expected.pictures[1].ext.extText[3] = "74";
     EXPECT_EQ(after.page.pictures[2], before.page.pictures[2]);  // deleted
