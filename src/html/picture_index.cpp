@@ -174,7 +174,10 @@ void IndexRun::planPage(int entry) {
     const PageRecord& p = s_.page(slot);
     for (int i = 1; i <= p.pictures.upper(); ++i) {
         const PictureElement& e = p.pictures[i];
-        if (isTrue(e.deleted) || !dateiVorhanden(e.path) || e.path.find("Mamor") != std::string::npos) continue;
+        // A picture repair may leave a folder's path; only files are pictures.
+        std::error_code ec;
+        if (isTrue(e.deleted) || !std::filesystem::is_regular_file(e.path, ec) || e.path.find("Mamor") != std::string::npos)
+            continue;
         pictures_.push_back({e.path, e.ext.extText[0], title});
     }
     // Pages opened for the index only are closed again.
