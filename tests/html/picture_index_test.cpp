@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <condition_variable>
 #include <filesystem>
+#include <mutex>
 
 #include "album/album_file.h"
 #include "album/page_file.h"
+#include "html/page_html.h"
 #include "html/picture_index.h"
+#include "html/web_picture.h"
 #include "image/dib_section.h"
 #include "image/picture_io.h"
 #include "support/session_fixture.h"
@@ -103,7 +107,7 @@ protected:
         prompter.asked.clear();
         return s;
     }
-    PictureIndexOutcome run(bool atBeginning = false, int threads = 1) {
+    PictureIndexOutcome run(bool atBeginning = false, int threads = 1, ThumbnailWriter writer = {}) {
         PictureIndexCallbacks cb;
         cb.status = [this](const std::string& s) { statuses.push_back(s); };
         cb.measureText = [](const FontSpec& f, const std::string& t) {
@@ -111,6 +115,7 @@ protected:
         };
         cb.cancelled = [this] { return cancelAfter >= 0 && asks++ >= cancelAfter; };
         cb.threads = threads;
+        cb.writeThumbnail = std::move(writer);
         return bildIndexErzeugen(*session, atBeginning, cb);
     }
     PageRecord& indexPage(int entry) { return session->page(session->album().pages[entry].slot); }
@@ -322,6 +327,32 @@ TEST_F(PictureIndexTest, ThumbnailsAndStatusesEqualOnOneAndTwoThreads) {
     EXPECT_TRUE(indexPage(4) == onePage);
 }
 
+TEST_F(PictureIndexTest, PicturesOfOneFileNameAreWrittenInListOrderWhateverTheThreadsDo) {
+    openAlbum();
+    // The first "same.jpg" is held until "s1.jpg", which comes after it, is
+    // written; the second "Same.jpg" must still be written after the first.
+    std::mutex m;
+    std::condition_variable cv;
+    bool s1Written = false;
+    std::vector<std::string> sameWrites;
+    ThumbnailWriter writer = [&](const WebPicture& p, std::string& error) {
+        if (p.source == path("zwei/same.jpg")) {
+            std::unique_lock lock(m);
+            // A safety net only: without it a broken pool would hang the suite.
+            cv.wait_for(lock, std::chrono::seconds(60), [&] { return s1Written; });
+        }
+        const bool ok = speichereWebBild(p, error);
+        std::lock_guard lock(m);
+        if (p.source == path("s1.jpg")) s1Written = true;
+        if (p.target == thumbs() + "BSIndexsame.jpg") sameWrites.push_back(p.source);
+        cv.notify_all();
+        return ok;
+    };
+    ASSERT_EQ(run(false, 2, writer).result, PictureIndexResult::Done);
+    EXPECT_EQ(sameWrites, (std::vector<std::string>{path("zwei/same.jpg"), path("eins/Same.jpg")}));
+    EXPECT_TRUE(near(centre(thumbs() + "BSIndexsame.jpg"), kBlue));
+}
+
 TEST_F(PictureIndexTest, EmptyAlbumGivesTheHeadingAloneAndUnsavedAlbumIsRefused) {
     AlbumRecord a;
     ladeStandards(a, home());
@@ -343,6 +374,42 @@ TEST_F(PictureIndexTest, EmptyAlbumGivesTheHeadingAloneAndUnsavedAlbumIsRefused)
     EXPECT_EQ(run().result, PictureIndexResult::NotSaved);
     EXPECT_EQ(prompter.asked, std::vector<std::string>{
                                   "message|Bildindex|48|Um einen Bildindex zu erstellen, müssen Sie Ihr Album gespeichert haben."});
+}
+
+
+TEST_F(PictureIndexTest, GeneratedIndexMarkup) {
+    AlbumRecord a;
+    ladeStandards(a, home());
+    a.pageDefaults = PageRecord{};
+    a.style.headingFont = FontSpec{0, "Arial", 20, kFalse, kFalse, kFalse};
+    a.style.textFont = FontSpec{0, "Arial", 10, kFalse, kFalse, kFalse};
+    addPage(a, "Berge", {element(picture("b1.jpg", kRed))});
+    ASSERT_TRUE(writeAlbumFile(path("Reise.apr"), a).ok());
+    start();
+    ASSERT_TRUE(session->albumOeffnen(path("Reise.apr")));
+    ASSERT_EQ(run().result, PictureIndexResult::Done);
+    fs::create_directories(path("out"));
+    HtmlRun html(*session, path("out/"), defaultPictureServices());
+    ASSERT_TRUE(schreibeSeiteHTML(html, path("out/BildIndex.htm"), session->album().pages[2].slot, 2));
+    // Heading, thumbnail linked to the staged source, page link below; text
+    // boxes are 1.2 times the measured width as every page writes them.
+    std::string expected;
+    for (const char* line :
+         {"<!Generiert von Brindlesee Ver.1.0 Beta>", "<html>", "<head>", "<title>Brindlesee Seite vom Album Reise</title>",
+          "", "</head>", "<body bgcolor=#000000 leftmargin=0 topmargin=3> ", "", "<P ALIGN=CENTER>", "</P>", "",
+          "<span style=\"Color:#000000;  font-size:20pt; font-family:Arial;\"><div style=\"position:absolute; "
+          "top:30px; left:30px; width:216px; height:40px\">",
+          "<p><nobr>BildIndex</nobr></p>", "</div></span>", "",
+          "<div style=\"position:absolute; top:100px; left:50px; width:100px; height:100px\">",
+          "<a href=\"b1.jpg\"><p><img src=\"BSThumbbsindexb1.jpg\" width=\"100\" height=\"100\" border=0></p></a>",
+          "</div>", "",
+          "<span style=\"Color:#000000;  font-size:10pt; font-family:Arial;\"><div style=\"position:absolute; "
+          "top:200px; left:50px; width:108px; height:20px\">",
+          "<p><a href=\"Berge.htm\"><nobr>zur&nbsp;Seite</nobr></a></p>", "</div></span>", "", "</body>", "</html>"})
+        expected += std::string(line) + "\r\n";
+    EXPECT_EQ(readBytes("out/BildIndex.htm"), expected);
+    EXPECT_TRUE(fs::is_regular_file(path("out/b1.jpg")));
+    EXPECT_TRUE(near(centre(path("out/BSThumbbsindexb1.jpg")), kRed));
 }
 
 }  // namespace
