@@ -14,6 +14,10 @@ int resave(const Args& args);
 int newAlbum(const Args& args);
 int addPage(const Args& args);
 int html(const Args& args);
+int pictureIndex(const Args& args);
+// The picture index of the album at `albumPath`, saved with the album;
+// `answer` (kYes or kNo) answers the question about an existing index.
+int runPictureIndex(const std::string& albumPath, bool atBeginning, int answer);
 int convert(const Args& args);
 int imageinfo(const Args& args);
 int rotate(const Args& args);
