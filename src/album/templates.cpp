@@ -36,8 +36,9 @@ std::string templateLoadError(const Session& s, const std::string& path) {
 }
 
 // The picture files a template refers to: default pages, buttons,
-// pictures and panorama pictures.
-std::vector<std::string> templatePictures(const AlbumRecord& a) {
+// pictures and panorama pictures. A picture named bare or moved is taken
+// from beside the template, where an imported or shipped one keeps them.
+std::vector<std::string> templatePictures(const AlbumRecord& a, const std::string& vorDir) {
     std::vector<std::string> files;
     for (const PageRecord* p : {&a.coverDefaults, &a.pageDefaults}) {
         files.insert(files.end(), {p->background, p->props.contentsButton, p->props.forwardButton,
@@ -45,6 +46,12 @@ std::vector<std::string> templatePictures(const AlbumRecord& a) {
         for (int i = 1; i <= p->pictures.upper(); ++i) files.push_back(p->pictures[i].path);
         for (int i = 1; i <= p->panoramas.upper(); ++i)
             for (const PanoHotspot& h : p->panoramas[i].hotspots) files.push_back(h.urlName);
+    }
+    for (std::string& f : files) {
+        if (f.empty() || fs::is_regular_file(f)) continue;
+        std::string dir, name;
+        teilePfad(f, dir, name);
+        if (!name.empty() && fs::is_regular_file(vorDir + name)) f = vorDir + name;
     }
     std::erase_if(files, [](const std::string& f) { return f.empty() || !fs::is_regular_file(f); });
     return files;
@@ -176,7 +183,9 @@ bool exportiereVorlage(Session& session, const std::string& vorPath, const std::
             kIconCritical, tr(lang, "Fehler", "Error"));
         return false;
     }
-    std::vector<std::string> files = templatePictures(file.album);
+    std::string vorDir, vorName;
+    teilePfad(vorPath, vorDir, vorName);
+    std::vector<std::string> files = templatePictures(file.album, vorDir);
     files.push_back(vorPath);
     std::string preview = vorPath.substr(0, vorPath.size() - 4) + ".jpg";
     if (fs::is_regular_file(preview)) files.push_back(preview);
