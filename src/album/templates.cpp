@@ -1,5 +1,6 @@
 #include "album/templates.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <vector>
@@ -135,6 +136,34 @@ bool ladeVorlage(Session& session, const std::string& path) {
     }
     session.repairDefaultPictures(true);
     return true;
+}
+
+bool neuesAlbumMitVorlage(Session& session, const std::string& vorPath) {
+    session.AlbumNeu();
+    // An album that is still changed was kept by the user.
+    if (isTrue(session.album().modified)) return false;
+    if (!ladeVorlage(session, vorPath)) return false;
+    SessionState& st = session.state();
+    for (int i = 1; i <= st.album.pages.upper(); ++i) {
+        const int slot = st.album.pages[i].slot;
+        if (slot <= 0 || isTrue(st.pageSlots[slot].modified)) continue;
+        PageRecord& page = st.pageRecords[slot];
+        const PageRecord& look = session.isCover(page.title) ? st.album.coverDefaults : st.album.pageDefaults;
+        page.background = look.background;
+        page.backgroundColor = look.backgroundColor;
+        page.props = look.props;
+    }
+    st.album.modified = kFalse;
+    return true;
+}
+
+std::vector<std::string> katalogVorlagen(const std::string& programDirectory) {
+    std::vector<std::string> names;
+    std::error_code ec;
+    for (auto& e : fs::directory_iterator(programDirectory + kCatalogueFolder, ec))
+        if (e.is_regular_file() && e.path().extension() == ".vor") names.push_back(e.path().stem().string());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 const char* const* previewSteps(bool german) {
