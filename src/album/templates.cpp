@@ -146,7 +146,7 @@ bool neuesAlbumMitVorlage(Session& session, const std::string& vorPath) {
     SessionState& st = session.state();
     for (int i = 1; i <= st.album.pages.upper(); ++i) {
         const int slot = st.album.pages[i].slot;
-        if (slot <= 0 || isTrue(st.pageSlots[slot].modified)) continue;
+        if (slot <= 0) continue;
         PageRecord& page = st.pageRecords[slot];
         const PageRecord& look = session.isCover(page.title) ? st.album.coverDefaults : st.album.pageDefaults;
         page.background = look.background;

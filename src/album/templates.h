@@ -23,8 +23,8 @@ bool schreibeVorlage(Session& session, const std::string& path);
 bool ladeVorlage(Session& session, const std::string& path);
 
 // A new album with the look of the template: the open album is closed as
-// "Album neu" closes it, then its first, untouched page takes the look as
-// well. False when the user kept the open album or the template is unreadable.
+// "Album neu" closes it, then its fresh first page takes the look as well.
+// False when the user kept the open album or the template is unreadable.
 bool neuesAlbumMitVorlage(Session& session, const std::string& vorPath);
 
 // The catalogue's templates: the names of the ".vor" files in "Vorlagen", sorted.
