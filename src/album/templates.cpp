@@ -1,5 +1,6 @@
 #include "album/templates.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <vector>
@@ -36,8 +37,9 @@ std::string templateLoadError(const Session& s, const std::string& path) {
 }
 
 // The picture files a template refers to: default pages, buttons,
-// pictures and panorama pictures.
-std::vector<std::string> templatePictures(const AlbumRecord& a) {
+// pictures and panorama pictures. A picture named bare or moved is taken
+// from beside the template, where an imported or shipped one keeps them.
+std::vector<std::string> templatePictures(const AlbumRecord& a, const std::string& vorDir) {
     std::vector<std::string> files;
     for (const PageRecord* p : {&a.coverDefaults, &a.pageDefaults}) {
         files.insert(files.end(), {p->background, p->props.contentsButton, p->props.forwardButton,
@@ -45,6 +47,12 @@ std::vector<std::string> templatePictures(const AlbumRecord& a) {
         for (int i = 1; i <= p->pictures.upper(); ++i) files.push_back(p->pictures[i].path);
         for (int i = 1; i <= p->panoramas.upper(); ++i)
             for (const PanoHotspot& h : p->panoramas[i].hotspots) files.push_back(h.urlName);
+    }
+    for (std::string& f : files) {
+        if (f.empty() || fs::is_regular_file(f)) continue;
+        std::string dir, name;
+        teilePfad(f, dir, name);
+        if (!name.empty() && fs::is_regular_file(vorDir + name)) f = vorDir + name;
     }
     std::erase_if(files, [](const std::string& f) { return f.empty() || !fs::is_regular_file(f); });
     return files;
@@ -130,6 +138,34 @@ bool ladeVorlage(Session& session, const std::string& path) {
     return true;
 }
 
+bool neuesAlbumMitVorlage(Session& session, const std::string& vorPath) {
+    session.AlbumNeu();
+    // An album that is still changed was kept by the user.
+    if (isTrue(session.album().modified)) return false;
+    if (!ladeVorlage(session, vorPath)) return false;
+    SessionState& st = session.state();
+    for (int i = 1; i <= st.album.pages.upper(); ++i) {
+        const int slot = st.album.pages[i].slot;
+        if (slot <= 0) continue;
+        PageRecord& page = st.pageRecords[slot];
+        const PageRecord& look = session.isCover(page.title) ? st.album.coverDefaults : st.album.pageDefaults;
+        page.background = look.background;
+        page.backgroundColor = look.backgroundColor;
+        page.props = look.props;
+    }
+    st.album.modified = kFalse;
+    return true;
+}
+
+std::vector<std::string> katalogVorlagen(const std::string& programDirectory) {
+    std::vector<std::string> names;
+    std::error_code ec;
+    for (auto& e : fs::directory_iterator(programDirectory + kCatalogueFolder, ec))
+        if (e.is_regular_file() && e.path().extension() == ".vor") names.push_back(e.path().stem().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 const char* const* previewSteps(bool german) {
     static const char* const de[] = {"Bildvorlage wird erstellt ...", "Hintergründe werden erstellt ...",
                                      "Button werden erstellt ...",    "Bilder werden erstellt ...",
@@ -176,7 +212,9 @@ bool exportiereVorlage(Session& session, const std::string& vorPath, const std::
             kIconCritical, tr(lang, "Fehler", "Error"));
         return false;
     }
-    std::vector<std::string> files = templatePictures(file.album);
+    std::string vorDir, vorName;
+    teilePfad(vorPath, vorDir, vorName);
+    std::vector<std::string> files = templatePictures(file.album, vorDir);
     files.push_back(vorPath);
     std::string preview = vorPath.substr(0, vorPath.size() - 4) + ".jpg";
     if (fs::is_regular_file(preview)) files.push_back(preview);

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace brindle {
 
@@ -20,6 +21,14 @@ bool schreibeVorlage(Session& session, const std::string& path);
 
 // Takes style, default pages and options of the template into the open album.
 bool ladeVorlage(Session& session, const std::string& path);
+
+// A new album with the look of the template: the open album is closed as
+// "Album neu" closes it, then its fresh first page takes the look as well.
+// False when the user kept the open album or the template is unreadable.
+bool neuesAlbumMitVorlage(Session& session, const std::string& vorPath);
+
+// The catalogue's templates: the names of the ".vor" files in "Vorlagen", sorted.
+std::vector<std::string> katalogVorlagen(const std::string& programDirectory);
 
 // Draws the catalogue preview of the open album as a JPEG; given by the GUI.
 // `step` reports each of the seven drawing steps by its status text.

@@ -132,7 +132,7 @@ void MainWindow::buildActions() {
     makeAction("mnuSpezialseiten")->setEnabled(false);
     makeAction("mnuHTMLAlbum", "html");
     makeAction("mnuHTMLMail", "mail");
-    makeAction("mnuVorlagen")->setEnabled(false);
+    makeAction("mnuVorlagen");
     makeAction("mnuOptionen", "options");
     makeAction("mnuDeutsch")->setCheckable(true);
     makeAction("mnuEnglisch")->setCheckable(true);

@@ -28,6 +28,7 @@ class QDockWidget;
 namespace brindle::shell {
 
 class AlbumExplorer;
+class CatalogueWindow;
 
 class MainWindow : public QMainWindow, public editor::NotePadHost {
     Q_OBJECT
@@ -70,6 +71,12 @@ public:
     void showProperties(editor::FrmNotePad* pad, std::optional<editor::ElementRef> ref) override;
     std::optional<std::vector<std::string>> searchAlbum(const std::string& words, bool matchCase) override;
     std::vector<editor::FrmNotePad*> notePads() const;
+
+    // The template catalogue, opened window-modal; null while it is closed.
+    void showCatalogue();
+    CatalogueWindow* catalogueWindow() const;
+    // Asks for a name and saves the album's look in the catalogue with its preview.
+    bool saveCatalogueTemplate();
 
     // The HTML album run: generate (or mail) after saving, then offer the browser.
     void HTMLAlbumGenerieren(bool mail);
@@ -117,6 +124,7 @@ private:
     std::map<QString, QAction*> actions_;
     std::map<QString, QMenu*> menus_;
     QPointer<QMdiSubWindow> lastActive_;
+    QPointer<CatalogueWindow> catalogue_;
     bool updatingFormat_ = false;
 };
 

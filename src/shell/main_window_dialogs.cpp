@@ -32,6 +32,7 @@ void MainWindow::showOptions() {
             if (pad->tag() == slot) pad->NeuZeichnen();
     };
     applyOptionsDialog(*session_, v, effects);
+    if (dialog.templateWanted()) saveCatalogueTemplate();
 }
 
 void MainWindow::showAbout() {

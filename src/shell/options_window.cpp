@@ -65,6 +65,13 @@ OptionsWindow::OptionsWindow(const OptionsDialogValues& values, Language languag
     buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    // The album's look, with the values shown, goes into the catalogue.
+    saveTemplate_ = buttons_->addButton(QString(), QDialogButtonBox::ActionRole);
+    saveTemplate_->setObjectName("cmdVorlageSpeichern");
+    connect(saveTemplate_, &QPushButton::clicked, this, [this] {
+        templateWanted_ = true;
+        accept();
+    });
     layout->addWidget(buttons_);
     showValues(values);
     Sprachumschaltung(language);
@@ -223,6 +230,7 @@ void OptionsWindow::Sprachumschaltung(Language language) {
     languageLabel_->setText(de ? "Spra&che" : "Lan&guage");
     buttons_->button(QDialogButtonBox::Ok)->setText("OK");
     buttons_->button(QDialogButtonBox::Cancel)->setText(de ? "Abbrechen" : "Cancel");
+    saveTemplate_->setText(de ? "Als &Vorlage speichern ..." : "Save as &template ...");
 }
 
 }  // namespace brindle::shell

@@ -13,6 +13,7 @@ class QComboBox;
 class QDialogButtonBox;
 class QGroupBox;
 class QLabel;
+class QPushButton;
 class QTabWidget;
 
 namespace brindle::shell {
@@ -30,6 +31,8 @@ public:
     QComboBox* languageBox() const { return language_; }
     void setColour(const QString& control, Color colour);
     void Sprachumschaltung(Language language);
+    // True when the dialog was left with "save as template".
+    bool templateWanted() const { return templateWanted_; }
 
 private:
     QWidget* makeTab(const OptionTab& tab);
@@ -44,6 +47,8 @@ private:
     QLabel* languageLabel_ = nullptr;
     QGroupBox* languageGroup_ = nullptr;
     QDialogButtonBox* buttons_ = nullptr;
+    QPushButton* saveTemplate_ = nullptr;
+    bool templateWanted_ = false;
     std::map<QString, QWidget*> controls_;
     std::map<QString, QLabel*> labels_;
     std::map<std::pair<QString, QString>, QGroupBox*> groups_;

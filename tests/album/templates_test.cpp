@@ -172,5 +172,40 @@ TEST_F(TemplateTest, ImportRefusesEscapingEntriesAndDamagedArchives) {
     EXPECT_EQ(before(), was);
 }
 
+TEST_F(TemplateTest, ATemplateWithPicturesBesideItTravelsWholeToACleanProgramDirectory) {
+    Session& s = start();
+    s.AlbumNeu();
+    AlbumRecord& a = s.album();
+    // Named bare, or with the folder of a Windows machine: found beside the template.
+    a.pageDefaults.background = "Holz-Hintergrund.jpg";
+    a.coverDefaults.background = "C:\\Brindlesee\\Vorlagen\\Holz-Umschlag.jpg";
+    for (PageRecord* p : {&a.pageDefaults, &a.coverDefaults})
+        p->props = {"Holz-ButtonZurück.jpg", "Holz-ButtonInhalt.jpg", "Holz-ButtonVor.jpg", {}};
+    fs::create_directories(path("Vorlagen"));
+    ASSERT_TRUE(s.schreibeAlbum(path("Vorlagen/Holz.vor")));
+    const std::vector<std::string> pictures = {"Holz-Hintergrund.jpg", "Holz-Umschlag.jpg", "Holz-ButtonZurück.jpg",
+                                               "Holz-ButtonInhalt.jpg", "Holz-ButtonVor.jpg", "Holz.jpg"};
+    for (const std::string& f : pictures) writeBytes("Vorlagen/" + f, "bytes of " + f);
+    const std::string vor = readBytes("Vorlagen/Holz.vor");
+    ASSERT_TRUE(exportiereVorlage(s, path("Vorlagen/Holz.vor"), path("Holz.bsv")));
+    EXPECT_EQ(zipEntries(path("Holz.bsv")),
+              (std::vector<std::string>{"Holz-ButtonInhalt.jpg", "Holz-ButtonVor.jpg", "Holz-ButtonZurück.jpg",
+                                        "Holz-Hintergrund.jpg", "Holz-Umschlag.jpg", "Holz.jpg", "Holz.vor"}));
+
+    const std::string archive = readBytes("Holz.bsv");
+    fs::remove_all(path("Vorlagen"));
+    fs::remove_all(path("AlbumVorSetup"));
+    writeBytes("Holz.bsv", archive);
+    ASSERT_TRUE(importiereVorlage(s, path("Holz.bsv")));
+    EXPECT_EQ(readBytes("Vorlagen/Holz.vor"), vor);
+    for (const std::string& f : pictures) EXPECT_EQ(readBytes("Vorlagen/" + f), "bytes of " + f) << f;
+
+    Session& other = start();
+    other.AlbumNeu();
+    ASSERT_TRUE(ladeVorlage(other, path("Vorlagen/Holz.vor")));
+    EXPECT_EQ(other.album().pageDefaults.background, path("Vorlagen/Holz-Hintergrund.jpg"));
+    EXPECT_EQ(other.album().coverDefaults.props.backButton, path("Vorlagen/Holz-ButtonZurück.jpg"));
+}
+
 }  // namespace
 }  // namespace brindle
