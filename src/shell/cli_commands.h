@@ -14,6 +14,7 @@ int resave(const Args& args);
 int newAlbum(const Args& args);
 int addPage(const Args& args);
 int html(const Args& args);
+int pages(const Args& args);
 int convert(const Args& args);
 int imageinfo(const Args& args);
 int rotate(const Args& args);

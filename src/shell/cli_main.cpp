@@ -18,6 +18,9 @@ const std::map<std::string, Command>& commands() {
         {"html", {html, "html ALBUM.apr OUTDIR [--mail] [--overwrite all|none]\n"
                         "                       generates the HTML album; without --overwrite a file of\n"
                         "                       another size is asked about on a terminal, else kept"}},
+        {"pages", {pages, "pages ALBUM.apr [--front] [--back] [--contents end|begin] [--search] [--yes|--no]\n"
+                          "                       adds covers, contents and search page to the album and\n"
+                          "                       saves it; --yes/--no answer whether to rebuild a page"}},
         {"info", {info, "info FILE            print an album, page or options file as JSON"}},
         {"resave", {resave, "resave IN OUT        read IN and write it again to OUT"}},
         {"new", {newAlbum, "new ALBUM.apr        a new album from the default template with one page,\n"
