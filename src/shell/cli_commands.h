@@ -18,6 +18,7 @@ int pictureIndex(const Args& args);
 // The picture index of the album at `albumPath`, saved with the album;
 // `answer` (kYes or kNo) answers the question about an existing index.
 int runPictureIndex(const std::string& albumPath, bool atBeginning, int answer);
+int pages(const Args& args);
 int convert(const Args& args);
 int imageinfo(const Args& args);
 int rotate(const Args& args);

@@ -129,7 +129,7 @@ void MainWindow::buildActions() {
     makeAction("mnuAlbumExplorer")->setCheckable(true);
     makeAction("mnuBrindleseeExplorer")->setEnabled(false);
     makeAction("mnuWizzard")->setEnabled(false);
-    makeAction("mnuSpezialseiten")->setEnabled(false);
+    makeAction("mnuSpezialseiten");
     makeAction("mnuHTMLAlbum", "html");
     makeAction("mnuHTMLMail", "mail");
     makeAction("mnuVorlagen");

@@ -80,6 +80,8 @@ public:
 
     // The HTML album run: generate (or mail) after saving, then offer the browser.
     void HTMLAlbumGenerieren(bool mail);
+    // FrmGenerator: covers, contents and search page for the album.
+    void showGenerator();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

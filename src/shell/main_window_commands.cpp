@@ -95,6 +95,7 @@ void MainWindow::wireActions() {
     on("mnuHTMLMail", [this] { keepingActiveTab([this] { HTMLAlbumGenerieren(true); }); });
     on("mnuOptionen", [this] { showOptions(); });
     on("mnuVorlagen", [this] { showCatalogue(); });
+    on("mnuSpezialseiten", [this] { showGenerator(); });
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
     on("mnuInfo", [this] { showAbout(); });
