@@ -58,7 +58,7 @@ protected:
 };
 
 TEST_F(CliWizardTest, BuildsTheAlbumWithDesignRowsAndFrame) {
-    const CliRun r = cli(q("Fest") + " --design Wiese --page " + q("Eins:") + path("p1.png") + "," +
+    const CliRun r = cli(q("Fest") + " --design Wiese --page Eins:" + path("p1.png") + "," +
                          path("p2.png") + "," + path("p3.png") + "," + path("p4.png") + " --page Zwei" +
                          " --frame 4,30,70,#102030 --english");
     ASSERT_EQ(r.status, 0) << err();
