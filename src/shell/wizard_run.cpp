@@ -74,9 +74,9 @@ namespace {
 
 // Lays one wizard page out on the page of `slot`: the pictures in rows as
 // "insert many" places them, each then given the frame.
-void layOutPage(Session& session, int slot, const WizardPage& wp, const std::string& frameSpec, int frameWidth,
-                editor::TextMetrics* metrics) {
-    editor::PageDocument doc(session, slot, metrics);
+void layOutPage(editor::PageDocument& doc, const WizardPage& wp, const std::string& frameSpec, int frameWidth) {
+    Session& session = doc.session();
+    const int slot = doc.slot();
     std::vector<editor::PageDocument::PictureFile> files;
     for (const std::string& path : wp.pictures) {
         CImageInfo info;
@@ -100,6 +100,7 @@ void layOutPage(Session& session, int slot, const WizardPage& wp, const std::str
         pic.ext.extText[0] = frameSpec;
         pic.ext.extText[2] = std::to_string(pic.width + 2 * frameWidth);
         pic.ext.extText[3] = std::to_string(pic.height + 2 * frameWidth);
+        doc.aktivieren({editor::Kind::Bild, i});  // a window's view shows the frame too
     }
 }
 
@@ -156,7 +157,13 @@ WizardResult runWizard(Session& session, const WizardPlan& plan, editor::TextMet
         }
         if (callbacks.progress) callbacks.progress(i, total, wp.name);
         const int slot = i == 0 ? takeFirstPage(session, wp.name) : session.neueSeite(wp.name, false);
-        layOutPage(session, slot, wp, frameSpec, frameWidth, metrics);
+        editor::PageDocument* shown = callbacks.documentFor ? callbacks.documentFor(slot) : nullptr;
+        if (shown) {
+            layOutPage(*shown, wp, frameSpec, frameWidth);
+        } else {
+            editor::PageDocument doc(session, slot, metrics);
+            layOutPage(doc, wp, frameSpec, frameWidth);
+        }
         // Page first, then the album that lists it: the album on disk never
         // names a page that is not there.
         const int failed = session.failedWrites();

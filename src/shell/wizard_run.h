@@ -13,6 +13,10 @@
 #include "editor/text_fit.h"
 #include "properties/picture_specs.h"
 
+namespace brindle::editor {
+class PageDocument;
+}
+
 namespace brindle::wizard {
 
 // The designs live as "*.jpg" in this folder of the program directory.
@@ -37,6 +41,9 @@ struct WizardCallbacks {
     std::function<void(int done, int total, const std::string& page)> progress;
     // Asked before each page; true stops the run with the pages done so far.
     std::function<bool()> cancelled;
+    // The document a page window already keeps for `slot`, so its view and
+    // undo follow; null (or no hook) lays the page out on a document of its own.
+    std::function<editor::PageDocument*(int slot)> documentFor;
 };
 
 struct WizardResult {
