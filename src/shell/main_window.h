@@ -71,6 +71,9 @@ public:
     std::optional<std::vector<std::string>> searchAlbum(const std::string& words, bool matchCase) override;
     std::vector<editor::FrmNotePad*> notePads() const;
 
+    // frmWizzard; its first step may also open the last album or just close.
+    void showWizard();
+
     // The HTML album run: generate (or mail) after saving, then offer the browser.
     void HTMLAlbumGenerieren(bool mail);
 

@@ -94,6 +94,7 @@ void MainWindow::wireActions() {
     on("mnuHTMLAlbum", [this] { keepingActiveTab([this] { HTMLAlbumGenerieren(false); }); });
     on("mnuHTMLMail", [this] { keepingActiveTab([this] { HTMLAlbumGenerieren(true); }); });
     on("mnuOptionen", [this] { showOptions(); });
+    on("mnuWizzard", [this] { showWizard(); });
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
     on("mnuInfo", [this] { showAbout(); });

@@ -65,6 +65,9 @@ std::string checkPlan(const WizardPlan& plan, Language lang) {
             if (!dateiVorhanden(pic))
                 return std::string(tr(lang, "Bild nicht gefunden: ", "Picture not found: ")) + pic;
     }
+    if (dateiVorhanden(albumPathFor(plan.targetDirectory)))
+        return std::string(tr(lang, "Das Album besteht bereits: ", "The album exists already: ")) +
+               albumPathFor(plan.targetDirectory);
     if (!plan.design.empty() && !dateiVorhanden(plan.design))
         return std::string(tr(lang, "Design nicht gefunden: ", "Design not found: ")) + plan.design;
     return {};
