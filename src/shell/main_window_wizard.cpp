@@ -51,13 +51,14 @@ void MainWindow::showWizard() {
     };
     callbacks.documentFor = [this](int slot) -> editor::PageDocument* {
         for (FrmNotePad* pad : notePads())
-            if (pad->tag() == slot) return &pad->document();
+            if (pad->tag() == slot && !pad->unloading()) return &pad->document();
         return nullptr;
     };
     editor::QtTextMetrics metrics;
     const wizard::WizardResult r = wizard::runWizard(s, *wizard.plan(), &metrics, callbacks);
     progress.close();
-    for (FrmNotePad* pad : notePads()) pad->NeuZeichnen();
+    for (FrmNotePad* pad : notePads())
+        if (!pad->unloading()) pad->NeuZeichnen();
     updateTitle();
     if (r.cancelled && r.pagesWritten > 0)
         showStatus(t("Wizzard abgebrochen: ", "Wizard cancelled: ") + QString::number(r.pagesWritten) +

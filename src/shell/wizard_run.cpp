@@ -154,11 +154,11 @@ WizardResult runWizard(Session& session, const WizardPlan& plan, editor::TextMet
     const int total = static_cast<int>(plan.pages.size());
     for (int i = 0; i < total; ++i) {
         const WizardPage& wp = plan.pages[static_cast<std::size_t>(i)];
+        if (callbacks.progress) callbacks.progress(i, total, wp.name);
         if (callbacks.cancelled && callbacks.cancelled()) {
             result.cancelled = true;
             break;
         }
-        if (callbacks.progress) callbacks.progress(i, total, wp.name);
         const int slot = i == 0 ? takeFirstPage(session, wp.name) : session.neueSeite(wp.name, false);
         editor::PageDocument* shown = callbacks.documentFor ? callbacks.documentFor(slot) : nullptr;
         if (shown) {

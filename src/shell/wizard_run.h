@@ -39,7 +39,7 @@ struct WizardPlan {
 struct WizardCallbacks {
     // Before each page: pages done so far, all pages, the page's name.
     std::function<void(int done, int total, const std::string& page)> progress;
-    // Asked before each page; true stops the run with the pages done so far.
+    // Asked before each page, after its progress; true stops the run with the pages done so far.
     std::function<bool()> cancelled;
     // The document a page window already keeps for `slot`, so its view and
     // undo follow; null (or no hook) lays the page out on a document of its own.

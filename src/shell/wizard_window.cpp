@@ -88,10 +88,10 @@ QWidget* FrmWizzard::buildStartStep() {
     v->addWidget(heading(t("Willkommen bei Brindlesee!", "Welcome to Brindlesee!"), w));
     v->addSpacing(12);
     startGroup_ = new QButtonGroup(w);
-    const QString texts[] = {t("Brindlesee &normal starten!", "Start Brindlesee &regular!"),
-                             t("Brindlesee mit dem &zuletzt geöffneten Album starten!",
+    const QString texts[] = {t("Brindlesee &normal starten!", "Start Brindlesee re&gular!"),
+                             t("Brindlesee mit dem zuletzt geöffneten &Album starten!",
                                "Start Brindlesee with the recently &opened album!"),
-                             t("Mit Hilfe des &Wizzards ein neues Album erstellen!",
+                             t("Mit Hilfe des Wizzards ein neues Album &erstellen!",
                                "Create with the help of the &wizard a new album!")};
     const char* names[] = {"optStartNormal", "optStartZuletzt", "optStartWizzard"};
     for (int i = 0; i < 3; ++i) {
@@ -102,7 +102,7 @@ QWidget* FrmWizzard::buildStartStep() {
     }
     startGroup_->button(2)->setChecked(true);
     v->addStretch(1);
-    chkNichtAnzeigen_ = new QCheckBox(t("  Dieses Fenster nicht mehr &anzeigen", "  Don't show this window no &longer"), w);
+    chkNichtAnzeigen_ = new QCheckBox(t("  &Dieses Fenster nicht mehr anzeigen", "  Don't show this window no &longer"), w);
     chkNichtAnzeigen_->setObjectName("chkNichtAnzeigen");
     chkNichtAnzeigen_->setChecked(hiddenAtStart(settings_));
     v->addWidget(chkNichtAnzeigen_);
@@ -157,7 +157,7 @@ QWidget* FrmWizzard::buildPagesStep() {
     listView1_ = previewBox("ListView1", QSize(300, 240), w);
     auto* right = new QVBoxLayout;
     right->addWidget(listView1_);
-    chkVoransicht_ = new QCheckBox(t("&Vorschau", "&Preview"), w);
+    chkVoransicht_ = new QCheckBox(t("&Vorschau", "Pre&view"), w);
     chkVoransicht_->setObjectName("chkVoransicht");
     chkVoransicht_->setChecked(true);
     right->addWidget(chkVoransicht_);
@@ -190,7 +190,7 @@ QWidget* FrmWizzard::buildFrameStep() {
                     0, 0, 1, 3);
     optRahmenJa_ = new QRadioButton(t("&Ja", "&Yes"), w);
     optRahmenJa_->setObjectName("optBilderRahmen");
-    optRahmenNein_ = new QRadioButton(t("&Nein.", "&No."), w);
+    optRahmenNein_ = new QRadioButton(t("&Nein.", "N&o."), w);
     optRahmenNein_->setObjectName("optBilderRahmenNein");
     optRahmenNein_->setChecked(true);
     auto* yesNo = new QHBoxLayout;
@@ -219,7 +219,7 @@ QWidget* FrmWizzard::buildFrameStep() {
         sliderLabels_[i] = value;
         connect(s, &QSlider::valueChanged, this, [this] { updateFrameControls(); });
     }
-    cmdFarbe_ = new QPushButton(t("&Farbe ...", "&Color ..."), w);
+    cmdFarbe_ = new QPushButton(t("Far&be ...", "Co&lor ..."), w);
     cmdFarbe_->setObjectName("cmdFarbe");
     grid->addWidget(cmdFarbe_, 6, 0);
     grid->addWidget(new QLabel(t("Textur für den Rahmen", "Texture for frame"), w), 7, 0, 1, 3);
@@ -229,7 +229,7 @@ QWidget* FrmWizzard::buildFrameStep() {
     cmdTextur_->setObjectName("cmdSuchenRahmentextur");
     grid->addWidget(txtTextur_, 8, 0, 1, 2);
     grid->addWidget(cmdTextur_, 8, 2);
-    chkRahmenVorschau_ = new QCheckBox(t("&Vorschau", "&Preview"), w);
+    chkRahmenVorschau_ = new QCheckBox(t("&Vorschau", "Pre&view"), w);
     chkRahmenVorschau_->setObjectName("chkRahmenVorschau");
     chkRahmenVorschau_->setChecked(true);
     framePreview_ = previewBox("picRahmenVorschau", QSize(300, 220), w);
