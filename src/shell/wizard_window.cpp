@@ -29,6 +29,7 @@ QLabel* heading(const QString& text, QWidget* parent) {
     f.setPointSizeF(f.pointSizeF() * 1.15);
     label->setFont(f);
     label->setWordWrap(true);
+    label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     return label;
 }
 
@@ -129,7 +130,8 @@ QWidget* FrmWizzard::buildDesignStep() {
     row->addWidget(image2_);
     row->addWidget(cmdAlbumVor_);
     row->addStretch(1);
-    v->addLayout(row, 1);
+    v->addLayout(row);
+    v->addStretch(1);
     connect(cmdAlbumZurueck_, &QPushButton::clicked, this, [this] {
         --designIndex_;
         showDesign();
@@ -235,6 +237,7 @@ QWidget* FrmWizzard::buildFrameStep() {
     framePreview_ = previewBox("picRahmenVorschau", QSize(300, 220), w);
     grid->addWidget(chkRahmenVorschau_, 1, 3);
     grid->addWidget(framePreview_, 2, 3, 7, 1, Qt::AlignTop);
+    grid->addItem(new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), 9, 0);
     grid->setRowStretch(9, 1);
     connect(optRahmenJa_, &QRadioButton::toggled, this, [this] { updateFrameControls(); });
     connect(chkRahmenVorschau_, &QCheckBox::toggled, this, [this] { updateFramePreview(); });

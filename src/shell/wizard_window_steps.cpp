@@ -2,6 +2,7 @@
 // pages and pictures, the frame with its live preview, the folder, "Ready".
 #include <QCheckBox>
 #include <QColorDialog>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLinearGradient>
@@ -176,8 +177,9 @@ void FrmWizzard::updateFrameControls() {
         sliderLabels_[i]->setText(QString::number(sliders_[i]->value()));
     }
     for (QWidget* w : std::initializer_list<QWidget*>{cmdFarbe_, txtTextur_, cmdTextur_}) w->setEnabled(frame_.on);
-    const QString hex = QString::fromStdString(properties::colourHex(frame_.colour));
-    cmdFarbe_->setStyleSheet(QString("QPushButton { border-left: 14px solid %1; padding: 4px 10px; }").arg(hex));
+    QPixmap swatch(14, 14);
+    swatch.fill(QColor(QString::fromStdString(properties::colourHex(frame_.colour))));
+    cmdFarbe_->setIcon(QIcon(swatch));
     updateFramePreview();
 }
 
