@@ -9,6 +9,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLinearGradient>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
@@ -17,6 +19,7 @@
 #include <QVBoxLayout>
 
 #include "album/paths.h"
+#include "editor/effect_widgets.h"
 
 namespace brindle::shell {
 
@@ -41,6 +44,26 @@ QLabel* previewBox(const QString& name, QSize size, QWidget* parent) {
     label->setFrameShape(QFrame::StyledPanel);
     label->setStyleSheet("background: #f4f4f4;");
     return label;
+}
+
+constexpr QSize kWelcomeSize(420, 240);
+
+QImage welcomePicture() {
+    QImage img(kWelcomeSize, QImage::Format_RGB32);
+    QPainter p(&img);
+    const int h = img.height(), w = img.width();
+    QLinearGradient sky(0, 0, 0, h / 2);
+    sky.setColorAt(0, QColor(0x6F, 0xA8, 0xDC));
+    sky.setColorAt(1, QColor(0xF2, 0xD3, 0xA2));
+    p.fillRect(img.rect(), sky);
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(0xF6, 0xE2, 0x9A));
+    p.drawEllipse(QPointF(w * 0.74, h * 0.22), h * 0.07, h * 0.07);
+    p.setBrush(QColor(0x55, 0x7A, 0x4A));
+    p.drawEllipse(QPointF(w * 0.25, h * 0.56), w * 0.45, h * 0.2);
+    p.setBrush(QColor(0x3C, 0x5E, 0x3A));
+    p.drawEllipse(QPointF(w * 0.85, h * 0.58), w * 0.4, h * 0.18);
+    return img;
 }
 
 }  // namespace
@@ -102,6 +125,13 @@ QWidget* FrmWizzard::buildStartStep() {
         v->addWidget(b);
     }
     startGroup_->button(2)->setChecked(true);
+    v->addSpacing(16);
+    // The welcome picture: hills over a lake that ripples.
+    if (QWidget* lake = editor::createEffectWidget(properties::machLake(3, 50), welcomePicture(), w)) {
+        lake->setObjectName("uscEffectLake1");
+        lake->setFixedSize(kWelcomeSize);
+        v->addWidget(lake, 0, Qt::AlignHCenter);
+    }
     v->addStretch(1);
     chkNichtAnzeigen_ = new QCheckBox(t("  &Dieses Fenster nicht mehr anzeigen", "  Don't show this window no &longer"), w);
     chkNichtAnzeigen_->setObjectName("chkNichtAnzeigen");

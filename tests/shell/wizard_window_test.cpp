@@ -79,6 +79,7 @@ class WizardWindowTest : public QObject {
         QCOMPARE(w.windowTitle(), QString("Brindlesee Wizzard"));
         QCOMPARE(w.step(), 1);
         QVERIFY(child<QRadioButton>(w, "optStartWizzard")->isChecked());
+        QVERIFY(child<QWidget>(w, "uscEffectLake1"));  // the welcome picture's lake
         click(w, "cmdWeiter");
         // 2: designs, wrap-free.
         QCOMPARE(w.step(), 2);
