@@ -22,6 +22,7 @@ int pages(const Args& args);
 int convert(const Args& args);
 int imageinfo(const Args& args);
 int rotate(const Args& args);
+int wizardAlbum(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

@@ -33,6 +33,9 @@ const std::map<std::string, Command>& commands() {
                                "                       --yes/--no answer every question (default yes)"}},
         {"convert", {convert, "convert IN OUT [--quality Q] [--size WxH]\n                       read a picture and write it in the type OUT names"}},
         {"imageinfo", {imageinfo, "imageinfo FILE       width, height, depth and type of a picture as JSON"}},
+        {"wizard", {wizardAlbum, "wizard OUTDIR --page \"NAME:PIC,PIC,...\" ... [--design NAME]\n"
+                                  "                       [--frame WIDTH,LIGHT,SHADOW,COLOUR] [--english|--german]\n"
+                                  "                       a whole album: one page per --page, its pictures in rows"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;

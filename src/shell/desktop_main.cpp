@@ -1,6 +1,7 @@
 // brindlesee: the desktop program. A splash runs the start-up stages, then
 // the main window loads and opens what the command line names.
 #include <QApplication>
+#include <QTimer>
 #include <cstring>
 #include <iostream>
 
@@ -11,6 +12,7 @@
 #include "shell/qt_settings_store.h"
 #include "shell/splash_window.h"
 #include "shell/startup.h"
+#include "shell/wizard_window.h"
 
 #ifndef BRINDLESEE_VERSION
 #define BRINDLESEE_VERSION "0"
@@ -102,5 +104,7 @@ int main(int argc, char** argv) {
         if (splash.isVisible()) splash.setStatus(status);
     });
     splash.close();
+    // Without a file to open the wizard greets, unless its first step was told not to.
+    if (args.empty() && !shell::FrmWizzard::hiddenAtStart(settings)) QTimer::singleShot(0, &main, [&main] { main.showWizard(); });
     return app.exec();
 }

@@ -128,7 +128,7 @@ void MainWindow::buildActions() {
     makeAction("setauftver", "distributeV");
     makeAction("mnuAlbumExplorer")->setCheckable(true);
     makeAction("mnuBrindleseeExplorer")->setEnabled(false);
-    makeAction("mnuWizzard")->setEnabled(false);
+    makeAction("mnuWizzard");
     makeAction("mnuSpezialseiten");
     makeAction("mnuHTMLAlbum", "html");
     makeAction("mnuHTMLMail", "mail");

@@ -77,6 +77,8 @@ public:
     CatalogueWindow* catalogueWindow() const;
     // Asks for a name and saves the album's look in the catalogue with its preview.
     bool saveCatalogueTemplate();
+    // frmWizzard; its first step may also open the last album or just close.
+    void showWizard();
 
     // The HTML album run: generate (or mail) after saving, then offer the browser.
     void HTMLAlbumGenerieren(bool mail);

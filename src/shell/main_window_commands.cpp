@@ -96,6 +96,7 @@ void MainWindow::wireActions() {
     on("mnuOptionen", [this] { showOptions(); });
     on("mnuVorlagen", [this] { showCatalogue(); });
     on("mnuSpezialseiten", [this] { showGenerator(); });
+    on("mnuWizzard", [this] { showWizard(); });
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
     on("mnuInfo", [this] { showAbout(); });
