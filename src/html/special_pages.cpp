@@ -1,5 +1,7 @@
 #include "html/special_pages.h"
 
+#include "html/picture_index.h"
+
 #include <algorithm>
 #include <functional>
 #include <vector>
@@ -185,7 +187,21 @@ bool runSpecialPages(Session& session, editor::TextMetrics& metrics, const Speci
         const char* en;
         std::function<void()> run;
     };
+    bool indexCancelled = false;
     const Step steps[] = {
+        {request.pictureIndex, "Bildindex erstellen ...", "Generate picture index ...",
+         [&] {
+             PictureIndexCallbacks cb;
+             cb.cancelled = callbacks.cancelled;
+             cb.measureText = [&metrics](const FontSpec& font, const std::string& text) {
+                 const editor::TextSize size = metrics.labelSize(font, editor::fontSizeOf(font), text);
+                 return LabelSize{size.width, size.height};
+             };
+             if (callbacks.progress)
+                 cb.status = [&](const std::string& status) { callbacks.progress(0, 1, status); };
+             indexCancelled = bildIndexErzeugen(session, request.contentsAtBeginning, cb).result ==
+                              PictureIndexResult::Cancelled;
+         }},
         {request.contents, "Inhaltsverzeichnis erstellen ...", "Generate table of contents ...",
          [&] { pages.inhalt(request.contentsAtBeginning); }},
         {request.frontCover, "Umschlag vorne erstellen ...", "Generate front cover ...",
@@ -202,6 +218,7 @@ bool runSpecialPages(Session& session, editor::TextMetrics& metrics, const Speci
         if (callbacks.cancelled && callbacks.cancelled()) return false;
         if (callbacks.progress) callbacks.progress(done, total, tr(session.language(), step.de, step.en));
         step.run();
+        if (indexCancelled) return false;
         ++done;
     }
     if (callbacks.progress)

@@ -19,6 +19,7 @@ struct SpecialPagesRequest {
     bool contents = false;
     bool contentsAtBeginning = false;  // otherwise at the end
     bool search = false;
+    bool pictureIndex = false;  // at the contents' place
 };
 
 class SpecialPages {
@@ -55,9 +56,10 @@ private:
     editor::TextMetrics& metrics_;
 };
 
-// Makes the pages the request names, in the order contents, front cover,
-// search page, back cover, with a status text before each. Returns false
-// when cancelled between pages; what was made stays in the album.
+// Makes the pages the request names, in the order picture index, contents,
+// front cover, search page, back cover, with a status text before each.
+// Returns false when cancelled (between pages, or between the index's
+// pictures); what was made stays in the album.
 bool runSpecialPages(Session& session, editor::TextMetrics& metrics, const SpecialPagesRequest& request,
                      const GenerationCallbacks& callbacks = {});
 

@@ -21,8 +21,9 @@ const std::map<std::string, Command>& commands() {
         {"index", {pictureIndex, "index ALBUM.apr [--begin|--end] [--yes|--no]\n"
                                  "                       adds the picture index page with its thumbnails and saves\n"
                                  "                       the album; --yes/--no answer whether an index is rebuilt"}},
-        {"pages", {pages, "pages ALBUM.apr [--front] [--back] [--contents end|begin] [--search] [--yes|--no]\n"
-                          "                       adds covers, contents and search page to the album and\n"
+        {"pages", {pages, "pages ALBUM.apr [--front] [--back] [--contents end|begin] [--search] [--index]\n"
+                          "                       [--yes|--no] adds covers, contents, search page and picture\n"
+                          "                       index (at the contents' place) to the album and\n"
                           "                       saves it; --yes/--no answer whether to rebuild a page"}},
         {"info", {info, "info FILE            print an album, page or options file as JSON"}},
         {"resave", {resave, "resave IN OUT        read IN and write it again to OUT"}},

@@ -34,6 +34,7 @@ const std::vector<Flag>& flags() {
         {"--front", false, [](PagesOptions& o, const std::string&) { return o.request.frontCover = true; }},
         {"--back", false, [](PagesOptions& o, const std::string&) { return o.request.backCover = true; }},
         {"--search", false, [](PagesOptions& o, const std::string&) { return o.request.search = true; }},
+        {"--index", false, [](PagesOptions& o, const std::string&) { return o.request.pictureIndex = true; }},
         {"--contents", true,
          [](PagesOptions& o, const std::string& v) {
              o.request.contentsAtBeginning = v == "begin";
@@ -58,7 +59,7 @@ bool parse(const Args& args, PagesOptions& o) {
         if (!flag->set(o, flag->takesValue ? args[++i] : std::string{})) return false;
     }
     const html::SpecialPagesRequest& r = o.request;
-    return o.rest.size() == 1 && (r.frontCover || r.backCover || r.contents || r.search);
+    return o.rest.size() == 1 && (r.frontCover || r.backCover || r.contents || r.search || r.pictureIndex);
 }
 
 // The pages measure their texts as the page canvas does: with Qt's font
@@ -83,7 +84,7 @@ int pages(const Args& args) {
     PagesOptions o;
     if (!parse(args, o))
         return fail("usage: brindlesee-cli pages ALBUM.apr [--front] [--back] [--contents end|begin] [--search] "
-                    "[--yes|--no]");
+                    "[--index] [--yes|--no]");
     const std::string album = std::filesystem::absolute(o.rest[0]).lexically_normal().string();
     return measureWithQt([&](editor::TextMetrics& metrics) {
         const std::string prog = resolveProgramDirectory();
@@ -103,10 +104,11 @@ int pages(const Args& args) {
             std::cerr << status << "\n";
         };
         const int failedBefore = session.failedWrites();
-        html::runSpecialPages(session, metrics, o.request, cb);
+        const bool finished = html::runSpecialPages(session, metrics, o.request, cb);
         const bool saved = session.AlbumSpeichern(false) && session.failedWrites() == failedBefore;
         finishSession(session);
-        return saved ? 0 : fail("the album was not saved: " + album);
+        if (!saved) return fail("the album was not saved: " + album);
+        return finished ? 0 : 1;
     });
 }
 

@@ -32,7 +32,6 @@ FrmGenerator::FrmGenerator(Session& session, editor::TextMetrics& metrics, QWidg
     optAnfang_ = new QRadioButton(t("Am &Anfang", "At the be&ginning"));
     optAnfang_->setObjectName("OptInhalt1");
     chkIndex_ = box("chkBildIndex", "Bild&index", "&Picture Index");
-    chkIndex_->setEnabled(false);  // the picture index has its own generator
     chkSuche_ = box("chkSuchseite", "&Suchseite", "&Search page");
 
     auto* pages = new QGroupBox;
@@ -83,7 +82,7 @@ FrmGenerator::FrmGenerator(Session& session, editor::TextMetrics& metrics, QWidg
         optEnde_->setEnabled(!busy_ && chkInhalt_->isChecked());
         optAnfang_->setEnabled(!busy_ && chkInhalt_->isChecked());
         const html::SpecialPagesRequest r = request();
-        cmdOK_->setEnabled(!busy_ && (r.frontCover || r.backCover || r.contents || r.search));
+        cmdOK_->setEnabled(!busy_ && (r.frontCover || r.backCover || r.contents || r.search || r.pictureIndex));
     };
     for (QCheckBox* c : {chkVorne_, chkHinten_, chkInhalt_, chkIndex_, chkSuche_})
         connect(c, &QCheckBox::toggled, this, update);
@@ -110,12 +109,13 @@ html::SpecialPagesRequest FrmGenerator::request() const {
     r.contents = chkInhalt_->isChecked();
     r.contentsAtBeginning = optAnfang_->isChecked();
     r.search = chkSuche_->isChecked();
+    r.pictureIndex = chkIndex_->isChecked();
     return r;
 }
 
 void FrmGenerator::running(bool on) {
     busy_ = on;
-    for (QWidget* w : std::initializer_list<QWidget*>{chkVorne_, chkHinten_, chkInhalt_, chkSuche_, optEnde_,
+    for (QWidget* w : std::initializer_list<QWidget*>{chkVorne_, chkHinten_, chkInhalt_, chkIndex_, chkSuche_, optEnde_,
                                                       optAnfang_, cmdOK_})
         w->setEnabled(!on);
     if (!on) {

@@ -89,6 +89,16 @@ TEST_F(CliPagesTest, AddsEveryPageInItsPlaceAndSavesThem) {
     EXPECT_EQ(readPage("Umschlag Hinten.apg").texts.upper(), 0);
 }
 
+TEST_F(CliPagesTest, ThePictureIndexComesFirstAtTheContentsPlace) {
+    writeAlbum();
+    CliRun r = cli(q("Reise.apr") + " --contents begin --index");
+    ASSERT_EQ(r.status, 0) << err();
+    EXPECT_EQ(err().rfind("[1/2] Bildindex erstellen ...\n", 0), 0u) << err();
+    EXPECT_NE(err().find("[2/2] Inhaltsverzeichnis erstellen ...\n"), std::string::npos) << err();
+    // Both at the beginning, the contents made after the index in front of it.
+    EXPECT_EQ(titles(), (std::vector<std::string>{"Inhalt", "BildIndex", "Seite1", "Seite2"}));
+}
+
 TEST_F(CliPagesTest, AnExistingPageIsRebuiltOnYesAndKeptOnNo) {
     writeAlbum();
     ASSERT_EQ(cli(q("Reise.apr") + " --contents begin").status, 0) << err();
@@ -110,7 +120,7 @@ TEST_F(CliPagesTest, AnExistingPageIsRebuiltOnYesAndKeptOnNo) {
 TEST_F(CliPagesTest, BadCallsExitWithOneAndSayWhy) {
     writeAlbum();
     const std::string usage = "brindlesee-cli: usage: brindlesee-cli pages ALBUM.apr [--front] [--back] "
-                              "[--contents end|begin] [--search] [--yes|--no]\n";
+                              "[--contents end|begin] [--search] [--index] [--yes|--no]\n";
     for (const std::string& args : {q("Reise.apr"), q("Reise.apr") + " --contents middle", q("Reise.apr") + " --contents",
                                     q("Reise.apr") + " --front --frontcover", std::string("--front")}) {
         SCOPED_TRACE(args);
