@@ -23,6 +23,7 @@ function(brindle_add_qt_test name)
   target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt6::Test Qt6::Widgets)
   foreach(fn IN LISTS ARG_FUNCTIONS)
     add_test(NAME ${name}.${fn} COMMAND ${name} ${fn})
-    set_tests_properties(${name}.${fn} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    # A window left open by a failed check would wait for ever: fail instead.
+    set_tests_properties(${name}.${fn} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 180)
   endforeach()
 endfunction()

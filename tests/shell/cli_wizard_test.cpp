@@ -85,7 +85,7 @@ TEST_F(CliWizardTest, BuildsTheAlbumWithDesignRowsAndFrame) {
         EXPECT_EQ(p.width, 80);
         EXPECT_EQ(p.height, 60);
         // #102030 is 0x00302010 as the album keeps colours: 3153936.
-        EXPECT_EQ(p.ext.extText[0], "4,30,70,3153936,None,1");
+        EXPECT_EQ(p.ext.extText[0], "4,30,70,3153936,None,1,");
     }
     PageFile zwei;
     ASSERT_TRUE(readPageFile(path("Fest/Zwei.apg"), {}, zwei).ok());

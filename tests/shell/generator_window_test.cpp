@@ -23,6 +23,9 @@ void whenGeneratorShown(const std::function<void(FrmGenerator&)>& fn) {
         auto* dialog = qobject_cast<FrmGenerator*>(QApplication::activeModalWidget());
         QVERIFY(dialog);
         fn(*dialog);
+        // A check that failed inside left the dialog open: close it, so the
+        // test ends with its failure instead of waiting for ever.
+        if (QApplication::activeModalWidget() == dialog && !dialog->property("running").toBool()) dialog->reject();
     });
 }
 
@@ -55,9 +58,13 @@ private slots:
             QVERIFY(!button(d, "OptInhalt0")->isEnabled());
             QVERIFY(!button(d, "cmdOK")->isEnabled());
             QVERIFY(button(d, "OptInhalt0")->isChecked());
-            // The picture index is shown, not yet offered.
-            QVERIFY(!button(d, "chkBildIndex")->isEnabled());
+            // The picture index is offered beside the others.
+            QVERIFY(button(d, "chkBildIndex")->isEnabled());
             QCOMPARE(button(d, "chkBildIndex")->text(), QString("Bild&index"));
+            button(d, "chkBildIndex")->click();
+            QVERIFY(button(d, "cmdOK")->isEnabled());
+            button(d, "chkBildIndex")->click();
+            QVERIFY(!button(d, "cmdOK")->isEnabled());
             button(d, "ChkInhalt")->click();
             QVERIFY(button(d, "OptInhalt1")->isEnabled());
             button(d, "OptInhalt1")->click();

@@ -103,7 +103,7 @@ TEST_F(WizardRunTest, TwoPagesWithFivePicturesWriteTheAlbumWithRowsAndFrames) {
         EXPECT_EQ(p.hyperlink, "<vollbild>");
         EXPECT_EQ(p.pictureWidth, 400 + i);
         EXPECT_EQ(p.pictureHeight, 300);
-        EXPECT_EQ(p.ext.extText[0], "10,40,60,255,None,1");
+        EXPECT_EQ(p.ext.extText[0], "10,40,60,255,None,1,");
         EXPECT_EQ(p.ext.extText[2], "120");
         EXPECT_EQ(p.ext.extText[3], "70");
         EXPECT_FALSE(isTrue(p.deleted));
