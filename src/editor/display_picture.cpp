@@ -4,21 +4,11 @@
 #include <QImageReader>
 #include <cstring>
 
+#include "editor/qimage_dib.h"
 #include "image/image_info.h"
 #include "image/picture_io.h"
 
 namespace brindle::editor {
-
-namespace {
-
-QImage toQImage(const cDIBSection& dib) {
-    QImage img(dib.Width(), dib.Height(), QImage::Format_BGR888);
-    const Surface s = dib.hdc();
-    for (int y = 0; y < dib.Height(); ++y) std::memcpy(img.scanLine(y), s.row(y), static_cast<std::size_t>(dib.Width()) * 3);
-    return img;
-}
-
-}  // namespace
 
 QImage loadDisplayPicture(const QString& path, QSize box, bool reduced) {
     if (path.isEmpty()) return {};
@@ -28,10 +18,10 @@ QImage loadDisplayPicture(const QString& path, QSize box, bool reduced) {
     if (reduced && box.isValid() && !box.isEmpty()) {
         PictureHolder holder;
         int w = box.width(), h = box.height();
-        if (Loadpicture(holder, file, w, h) && holder.picture) return toQImage(*holder.picture.Handle());
+        if (Loadpicture(holder, file, w, h) && holder.picture) return imageOfDib(*holder.picture.Handle());
     }
     PictureFile loaded = LoadPictureFile(file);
-    if (loaded.picture) return toQImage(*loaded.picture.Handle());
+    if (loaded.picture) return imageOfDib(*loaded.picture.Handle());
     // Types the core does not read (metafiles, icons) still show on screen.
     QImageReader reader(path);
     reader.setAutoTransform(false);

@@ -25,28 +25,13 @@
 #include "properties/colour_value.h"
 #include "properties/frame_preview.h"
 #include "properties/property_dialogs.h"
+#include "editor/qimage_dib.h"
 
 namespace brindle::properties {
 
 namespace {
 
 constexpr QSize kPreviewBox(300, 220);
-
-cDIBSection dibOf(const QImage& image) {
-    cDIBSection dib;
-    const QImage bgr = image.convertToFormat(QImage::Format_BGR888);
-    if (bgr.isNull() || !dib.Create(bgr.width(), bgr.height())) return dib;
-    for (int y = 0; y < bgr.height(); ++y)
-        std::memcpy(dib.hdc().row(y), bgr.constScanLine(y), static_cast<std::size_t>(bgr.width()) * 3);
-    return dib;
-}
-
-QImage imageOf(const cDIBSection& dib) {
-    QImage img(dib.Width(), dib.Height(), QImage::Format_BGR888);
-    for (int y = 0; y < dib.Height(); ++y)
-        std::memcpy(img.scanLine(y), dib.hdc().row(y), static_cast<std::size_t>(dib.Width()) * 3);
-    return img;
-}
 
 std::string pictureFilter(Language lang) {
     return std::string(brindle::tr(lang, "Bilder", "Pictures")) +
@@ -147,13 +132,13 @@ void PictureDialog::updateFramePreview() {
         auto it = textures_.find(f_.frame.texture);
         if (it == textures_.end()) {
             const QImage tile = editor::loadDisplayPicture(QString::fromStdString(f_.frame.texture), {}, false);
-            it = textures_.emplace(f_.frame.texture, tile.isNull() ? cDIBSection() : dibOf(tile)).first;
+            it = textures_.emplace(f_.frame.texture, tile.isNull() ? cDIBSection() : editor::dibOfImage(tile)).first;
         }
         if (it->second.Width() > 0) texture = &it->second;
     }
     cDIBSection out;
-    if (drawFramePreview(dibOf(inner), f_.frame, width, texture, out))
-        framePreview_->setPixmap(QPixmap::fromImage(imageOf(out)));
+    if (drawFramePreview(editor::dibOfImage(inner), f_.frame, width, texture, out))
+        framePreview_->setPixmap(QPixmap::fromImage(editor::imageOfDib(out)));
 }
 
 void PictureDialog::showAnimationPage() {

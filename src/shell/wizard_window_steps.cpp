@@ -19,6 +19,7 @@
 #include "properties/colour_value.h"
 #include "properties/frame_preview.h"
 #include "shell/wizard_window.h"
+#include "editor/qimage_dib.h"
 
 namespace brindle::shell {
 
@@ -30,22 +31,6 @@ int depthOf(const QTreeWidgetItem* item) {
     int depth = 0;
     for (const QTreeWidgetItem* p = item ? item->parent() : nullptr; p; p = p->parent()) ++depth;
     return item ? depth : -1;
-}
-
-cDIBSection dibOf(const QImage& image) {
-    cDIBSection dib;
-    const QImage bgr = image.convertToFormat(QImage::Format_BGR888);
-    if (bgr.isNull() || !dib.Create(bgr.width(), bgr.height())) return dib;
-    for (int y = 0; y < bgr.height(); ++y)
-        std::memcpy(dib.hdc().row(y), bgr.constScanLine(y), static_cast<std::size_t>(bgr.width()) * 3);
-    return dib;
-}
-
-QImage imageOf(const cDIBSection& dib) {
-    QImage img(dib.Width(), dib.Height(), QImage::Format_BGR888);
-    for (int y = 0; y < dib.Height(); ++y)
-        std::memcpy(img.scanLine(y), dib.hdc().row(y), static_cast<std::size_t>(dib.Width()) * 3);
-    return img;
 }
 
 std::string pictureFilter(Language lang) {
@@ -216,14 +201,14 @@ void FrmWizzard::updateFramePreview() {
     cDIBSection texture;
     if (frame_.on && !frame_.texture.empty()) {
         const QImage tile = editor::loadDisplayPicture(QString::fromStdString(frame_.texture), {}, false);
-        if (!tile.isNull()) texture = dibOf(tile);
+        if (!tile.isNull()) texture = editor::dibOfImage(tile);
     }
     cDIBSection out;
     // The preview frame is as wide as the chosen one, at most a fifth of the picture.
     const int width = frame_.on ? std::min(frame_.width, std::min(inner.width(), inner.height()) / 5) : 0;
-    if (properties::drawFramePreview(dibOf(picture), frame_, std::max(width, frame_.on ? 1 : 0),
+    if (properties::drawFramePreview(editor::dibOfImage(picture), frame_, std::max(width, frame_.on ? 1 : 0),
                                      texture.Width() > 0 ? &texture : nullptr, out))
-        framePreview_->setPixmap(QPixmap::fromImage(imageOf(out)));
+        framePreview_->setPixmap(QPixmap::fromImage(editor::imageOfDib(out)));
 }
 
 void FrmWizzard::chooseColour() {
