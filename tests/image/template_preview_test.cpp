@@ -129,10 +129,11 @@ TEST_F(TemplatePreviewTest, StepFourDrawsPicturesInTheirBoxesOrTwoSamplePhotos) 
     PictureElement& shown = page.pictures.add();
     shown.left = 100, shown.top = 50, shown.width = 200, shown.height = 100;
     shown.path = solid("gelb.bmp", 40, 20, kYellow);
-    PictureElement& gone = page.pictures.add();
-    gone = shown;
-    gone.left = 400, gone.top = 400;
-    gone.deleted = kTrue;
+    // A copy first: adding to the array may move the element `shown` names.
+    PictureElement deleted = shown;
+    deleted.left = 400, deleted.top = 400;
+    deleted.deleted = kTrue;
+    page.pictures.add() = deleted;
     PictureElement& missing = page.pictures.add();
     missing.left = 500, missing.top = 300, missing.width = 100, missing.height = 50;
     missing.path = path("fehlt.jpg");
@@ -198,10 +199,11 @@ TEST_F(TemplatePreviewTest, StepSixDrawsTextLinesInTheirColourOrTheAlbumsSampleT
     t.font.size = 10;
     t.font.color = 0xFF0000;
     t.text = "abcdefghij\r\nabcd";
-    TextElement& gone = page.texts.add();
-    gone = t;
-    gone.top = 300;
-    gone.deleted = kTrue;
+    // A copy first: adding to the array may move the element `t` names.
+    TextElement deleted = t;
+    deleted.top = 300;
+    deleted.deleted = kTrue;
+    page.texts.add() = deleted;
     cDIBSection p = blankPreview();
     previewBackground(p, page);
     previewTexts(p, album, page);
