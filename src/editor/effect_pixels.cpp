@@ -36,7 +36,7 @@ void startFrom(QImage& out, const QImage& boxed) {
 }  // namespace
 
 std::vector<std::string> specTokens(const std::string& spec) {
-    // As the album reads it: the padding follows the spec directly.
+    // As the album reads it: the padding follows the string directly.
     const std::string s = spec + "None,None,None,None,None,None";
     std::vector<std::string> out(1);
     for (char c : s) {

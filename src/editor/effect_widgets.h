@@ -19,7 +19,7 @@ class QMovie;
 namespace brindle::editor {
 
 // A widget playing the animation `animationSpec` over `picture` (the
-// element's picture at its shown size), or nullptr when the spec names no
+// element's picture at its shown size), or nullptr when the string names no
 // animation. The widget runs at the screen's rate and stops when hidden.
 QWidget* createEffectWidget(const std::string& animationSpec, const QImage& picture, QWidget* parent);
 

@@ -277,7 +277,7 @@ std::string indexFrameSpec(const std::string& frameSpec) {
         else items.back() += ch;
     }
     if (items.size() < 6 || items[5] != "1") return {};
-    // Only the width changes; a trailing comma the spec had stays.
+    // Only the width changes; a trailing comma the frame string had stays.
     return "6" + frameSpec.substr(frameSpec.find(','));
 }
 

@@ -36,7 +36,7 @@ std::string buildFrameSpec(const FrameSettings& frame);
 // Takes the items of `spec` into `frame`; "None", missing and non-numeric
 // items leave the setting as it is.
 void readFrameSpec(const std::string& spec, FrameSettings& frame);
-// The frame width when the spec asks the program to draw a frame, else 0.
+// The frame width when the frame string asks the program to draw a frame, else 0.
 int drawnFrameWidth(const std::string& spec);
 
 // The option buttons, in the order OK looks at them.
@@ -81,7 +81,7 @@ std::string machPano(int delay, int startSpeed);
 // "AnyGif,"
 std::string machAniGif();
 
-// The spec of the selected kind; empty for none.
+// The animation string of the selected kind; empty for none.
 std::string buildAnimationSpec(const AnimationSettings& animation);
 // The first item picks the kind (anything unknown is none), the others set
 // the kind's sliders; non-numeric items leave a slider as it is.
