@@ -9,28 +9,15 @@
 
 #include "album/album_file.h"
 #include "album/page_file.h"
+#include "cli_run.h"
 #include "support/temp_home.h"
 
 namespace brindle {
 namespace {
 
-struct CliRun {
-    int status = -1;
-    std::string out;
-};
-
 class CliPagesTest : public test::TempHomeTest {
 protected:
-    CliRun cli(const std::string& args) {
-        CliRun r;
-        std::string cmd = std::string(BRINDLESEE_CLI) + " pages " + args + " 2>" + path("err");
-        FILE* p = ::popen(cmd.c_str(), "r");
-        std::array<char, 4096> buf{};
-        for (std::size_t n; (n = std::fread(buf.data(), 1, buf.size(), p)) > 0;) r.out.append(buf.data(), n);
-        int st = ::pclose(p);
-        r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-        return r;
-    }
+    test::CliRun cli(const std::string& args) { return test::runCli("pages " + args, path("err")); }
     std::string err() { return readBytes("err"); }
     std::string q(const std::string& name) { return "'" + path(name) + "'"; }
 
@@ -64,7 +51,7 @@ protected:
 
 TEST_F(CliPagesTest, AddsEveryPageInItsPlaceAndSavesThem) {
     writeAlbum();
-    CliRun r = cli(q("Reise.apr") + " --back --search --contents end --front");
+    test::CliRun r = cli(q("Reise.apr") + " --back --search --contents end --front");
     ASSERT_EQ(r.status, 0) << err();
     EXPECT_EQ(err(), "[1/4] Inhaltsverzeichnis erstellen ...\n"
                      "[2/4] Umschlag vorne erstellen ...\n"
@@ -91,7 +78,7 @@ TEST_F(CliPagesTest, AddsEveryPageInItsPlaceAndSavesThem) {
 
 TEST_F(CliPagesTest, ThePictureIndexComesFirstAtTheContentsPlace) {
     writeAlbum();
-    CliRun r = cli(q("Reise.apr") + " --contents begin --index");
+    test::CliRun r = cli(q("Reise.apr") + " --contents begin --index");
     ASSERT_EQ(r.status, 0) << err();
     EXPECT_EQ(err().rfind("[1/2] Bildindex erstellen ...\n", 0), 0u) << err();
     EXPECT_NE(err().find("[2/2] Inhaltsverzeichnis erstellen ...\n"), std::string::npos) << err();
@@ -104,7 +91,7 @@ TEST_F(CliPagesTest, AnExistingPageIsRebuiltOnYesAndKeptOnNo) {
     ASSERT_EQ(cli(q("Reise.apr") + " --contents begin").status, 0) << err();
     ASSERT_EQ(titles(), (std::vector<std::string>{"Inhalt", "Seite1", "Seite2"}));
 
-    CliRun no = cli(q("Reise.apr") + " --contents end --no");
+    test::CliRun no = cli(q("Reise.apr") + " --contents end --no");
     EXPECT_EQ(no.status, 0) << err();
     EXPECT_EQ(err(), "[1/1] Inhaltsverzeichnis erstellen ...\n"
                      "brindlesee-cli: Warnung: Das Inhaltsverzeichnis ist bereits erstellt. "
@@ -127,7 +114,7 @@ TEST_F(CliPagesTest, BadCallsExitWithOneAndSayWhy) {
         EXPECT_EQ(cli(args).status, 1);
         EXPECT_EQ(err(), usage);
     }
-    CliRun missing = cli(q("fehlt.apr") + " --front");
+    test::CliRun missing = cli(q("fehlt.apr") + " --front");
     EXPECT_EQ(missing.status, 1);
     EXPECT_NE(err().find(path("fehlt.apr")), std::string::npos) << err();
     EXPECT_EQ(titles(), (std::vector<std::string>{"Seite1", "Seite2"}));

@@ -11,6 +11,7 @@
 #include <filesystem>
 
 #include "album/album_file.h"
+#include "cli_run.h"
 #include "support/temp_home.h"
 
 namespace brindle {
@@ -18,23 +19,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct CliOutcome {
-    int status = -1;
-    std::string out;
-};
-
 class CliSaveTest : public test::TempHomeTest {
 protected:
-    // `prefix` runs before the program, e.g. a privilege drop.
-    CliOutcome cli(const std::string& args, const std::string& prefix = "") {
-        CliOutcome r;
-        const std::string cmd = prefix + std::string(BRINDLESEE_CLI) + " " + args + " 2>" + path("err");
-        FILE* p = ::popen(cmd.c_str(), "r");
-        std::array<char, 4096> buf{};
-        for (std::size_t n; (n = std::fread(buf.data(), 1, buf.size(), p)) > 0;) r.out.append(buf.data(), n);
-        const int st = ::pclose(p);
-        r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-        return r;
+    test::CliRun cli(const std::string& args, const std::string& prefix = "") {
+        return test::runCli(args, path("err"), prefix);
     }
     std::string err() { return readBytes("err"); }
     std::string q(const std::string& name) { return "'" + path(name) + "'"; }
@@ -62,7 +50,7 @@ TEST_F(CliSaveTest, ResaveWritesThroughALinkKeepsModeAndClearsALeftover) {
     // but a dead pid is what a kill leaves; pick one that cannot run).
     writeBytes("real/album.apr.~999999999-0.tmp", "half");
 
-    const CliOutcome r = cli("resave " + q("in.apr") + " " + q("album.apr"));
+    const test::CliRun r = cli("resave " + q("in.apr") + " " + q("album.apr"));
     ASSERT_EQ(r.status, 0) << err();
     EXPECT_TRUE(fs::is_symlink(path("album.apr")));
     EXPECT_EQ(readBytes("real/album.apr"), readBytes("in.apr"));
@@ -81,7 +69,7 @@ TEST_F(CliSaveTest, ResaveIntoAReadOnlyFolderFailsAndChangesNothing) {
     ::chmod(path("ro").c_str(), 0555);
     // Root writes anywhere, so the program runs as "nobody".
     const std::string asNobody = ::geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
-    const CliOutcome r = cli("resave " + q("in.apr") + " " + q("ro/album.apr"), asNobody);
+    const test::CliRun r = cli("resave " + q("in.apr") + " " + q("ro/album.apr"), asNobody);
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(err().find("Permission denied"), std::string::npos) << err();
     EXPECT_EQ(readBytes("ro/album.apr"), "alt");
@@ -96,7 +84,7 @@ TEST_F(CliSaveTest, FifoDeviceAndFolderAreRefusedAtOnce) {
     // timeout turns a hang into a failure instead of a stuck test run.
     for (const std::string& file : {path("pipe.apr"), path("ordner.apg"), std::string("/dev/zero")}) {
         SCOPED_TRACE(file);
-        const CliOutcome r = cli("info '" + file + "'", "timeout 20 ");
+        const test::CliRun r = cli("info '" + file + "'", "timeout 20 ");
         EXPECT_EQ(r.status, 1);
         EXPECT_EQ(err().rfind("brindlesee-cli: Could not open the file: " + file, 0), 0u) << err();
     }

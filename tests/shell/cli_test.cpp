@@ -7,29 +7,16 @@
 
 #include "album/album_file.h"
 #include "album/page_file.h"
+#include "cli_run.h"
 #include "support/temp_home.h"
 
 namespace brindle {
 namespace {
 
-struct CliRun {
-    int status = -1;
-    std::string out;
-};
-
 // Runs brindlesee-cli with the arguments; stderr goes to the folder's "err".
 class CliTest : public test::TempHomeTest {
 protected:
-    CliRun cli(const std::string& args) {
-        CliRun r;
-        std::string cmd = std::string(BRINDLESEE_CLI) + " " + args + " 2>" + path("err");
-        FILE* p = ::popen(cmd.c_str(), "r");
-        std::array<char, 4096> buf{};
-        for (std::size_t n; (n = std::fread(buf.data(), 1, buf.size(), p)) > 0;) r.out.append(buf.data(), n);
-        int st = ::pclose(p);
-        r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-        return r;
-    }
+    test::CliRun cli(const std::string& args) { return test::runCli(args, path("err")); }
     std::string err() { return readBytes("err"); }
     std::string q(const std::string& name) { return "'" + path(name) + "'"; }
 };
@@ -42,7 +29,7 @@ TEST_F(CliTest, InfoPrintsTheAlbumInFieldOrder) {
     album.style.textFont.name = "Grüße";
     ASSERT_TRUE(writeAlbumFile(path("a.apr"), album).ok());
 
-    CliRun r = cli("info " + q("a.apr"));
+    test::CliRun r = cli("info " + q("a.apr"));
     ASSERT_EQ(r.status, 0) << err();
     EXPECT_EQ(r.out.rfind("{\n  \"kind\": \"album\",\n  \"format\": \"Album Projekt: Brindlesee Pro, Version 1.0\",\n"
                           "  \"contact\": \"E-Mail: alben@brindlesee.example\",\n  \"title\": \"Album\",\n",
@@ -60,7 +47,7 @@ TEST_F(CliTest, InfoPrintsTheAlbumInFieldOrder) {
 
 TEST_F(CliTest, InfoOfOptionsHasNoHead) {
     writeBytes("optionen", "");
-    CliRun bad = cli("info " + q("optionen"));
+    test::CliRun bad = cli("info " + q("optionen"));
     EXPECT_EQ(bad.status, 1);
     EXPECT_EQ(err(), "brindlesee-cli: Could not read the file: " + path("optionen") + " unexpected end of file\n");
 }
@@ -86,7 +73,7 @@ TEST_F(CliTest, ResaveWritesAnOlderPageInTheCurrentLayout) {
     str("musik.mid");
     writeBytes("alt.apg", older);
 
-    CliRun r = cli("resave " + q("alt.apg") + " " + q("neu.apg"));
+    test::CliRun r = cli("resave " + q("alt.apg") + " " + q("neu.apg"));
     ASSERT_EQ(r.status, 0) << err();
     PageRecord defaults;
     PageFile read;
@@ -97,18 +84,18 @@ TEST_F(CliTest, ResaveWritesAnOlderPageInTheCurrentLayout) {
     EXPECT_TRUE(read.page.searchBoxes.allocated());
 
     // A current file resaved is the same file.
-    CliRun again = cli("resave " + q("neu.apg") + " " + q("neu2.apg"));
+    test::CliRun again = cli("resave " + q("neu.apg") + " " + q("neu2.apg"));
     ASSERT_EQ(again.status, 0);
     EXPECT_EQ(readBytes("neu.apg"), readBytes("neu2.apg"));
 }
 
 TEST_F(CliTest, BadInputGivesOneLineAndStatusOne) {
-    CliRun missing = cli("info " + q("fehlt.apr"));
+    test::CliRun missing = cli("info " + q("fehlt.apr"));
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(err(), "brindlesee-cli: File not found: " + path("fehlt.apr") + "\n");
 
     writeBytes("bild.apg", "GIF89a\x01\x00");
-    CliRun foreign = cli("info " + q("bild.apg"));
+    test::CliRun foreign = cli("info " + q("bild.apg"));
     EXPECT_EQ(foreign.status, 1);
     EXPECT_EQ(err(), "brindlesee-cli: Could not read the file: " + path("bild.apg") + " string longer than the rest of the file\n");
 
@@ -123,14 +110,14 @@ TEST_F(CliTest, BadInputGivesOneLineAndStatusOne) {
 
 TEST_F(CliTest, HtmlTurnsAnAlbumIntoADirectory) {
     ASSERT_EQ(cli("new " + q("Reise.apr")).status, 0) << err();
-    CliRun made = cli("html " + q("Reise.apr") + " " + q("web"));
+    test::CliRun made = cli("html " + q("Reise.apr") + " " + q("web"));
     ASSERT_EQ(made.status, 0) << err();
     EXPECT_EQ(made.out, path("web/Reise.html") + "\n");
     EXPECT_NE(err().find("[1/2] Seite1.htm\n[2/2] Menü.htm\n"), std::string::npos) << err();
     for (const char* f : {"web/Reise.html", "web/Seite1.htm", "web/menu.html", "web/code.html"})
         EXPECT_FALSE(readBytes(f).empty()) << f;
 
-    CliRun mail = cli("html " + q("Reise.apr") + " " + q("web") + " --mail --overwrite none");
+    test::CliRun mail = cli("html " + q("Reise.apr") + " " + q("web") + " --mail --overwrite none");
     ASSERT_EQ(mail.status, 0) << err();
     EXPECT_FALSE(readBytes("web/bsReise.zip").empty());
     EXPECT_NE(err().find("mailto:"), std::string::npos);
@@ -140,7 +127,7 @@ TEST_F(CliTest, HtmlTurnsAnAlbumIntoADirectory) {
 }
 
 TEST_F(CliTest, NewAlbumAndAddPageWithoutQuestions) {
-    CliRun made = cli("new " + q("Reise.apr"));
+    test::CliRun made = cli("new " + q("Reise.apr"));
     ASSERT_EQ(made.status, 0) << err();
     AlbumFile album;
     ASSERT_TRUE(readAlbumFile(path("Reise.apr"), album).ok());
@@ -154,7 +141,7 @@ TEST_F(CliTest, NewAlbumAndAddPageWithoutQuestions) {
     extra.texts.add().text = "dazu";
     ASSERT_TRUE(writePageFile(path("Extra.apg"), extra).ok());
     const std::string page1 = readBytes("Seite1.apg");
-    CliRun added = cli("add-page " + q("Reise.apr") + " " + q("Extra.apg"));
+    test::CliRun added = cli("add-page " + q("Reise.apr") + " " + q("Extra.apg"));
     ASSERT_EQ(added.status, 0) << err();
     ASSERT_TRUE(readAlbumFile(path("Reise.apr"), album).ok());
     ASSERT_EQ(album.album.pageCount, 2);
@@ -162,7 +149,7 @@ TEST_F(CliTest, NewAlbumAndAddPageWithoutQuestions) {
     EXPECT_EQ(readBytes("Seite1.apg"), page1);  // the first page is left as it was
 
     // The same page again is refused with its path.
-    CliRun twice = cli("add-page " + q("Reise.apr") + " " + q("Extra.apg") + " --english");
+    test::CliRun twice = cli("add-page " + q("Reise.apr") + " " + q("Extra.apg") + " --english");
     EXPECT_EQ(twice.status, 1);
     EXPECT_EQ(err(), "brindlesee-cli: Page loading aborted: File " + path("Extra.apg") +
                          " allready exist at the album!\n");

@@ -11,6 +11,7 @@
 
 #include "album/album_file.h"
 #include "album/page_file.h"
+#include "cli_run.h"
 #include "support/temp_home.h"
 #include "wizard_pictures.h"
 
@@ -18,11 +19,6 @@ namespace brindle {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct CliRun {
-    int status = -1;
-    std::string out;
-};
 
 class CliWizardTest : public test::TempHomeTest {
 protected:
@@ -43,22 +39,13 @@ protected:
         for (int i = 1; i <= 4; ++i) writeBytes("p" + std::to_string(i) + ".png", test::pngHeader(64, 48));
         touch("vorlagen/Wiese.jpg");
     }
-    CliRun cli(const std::string& args) {
-        CliRun r;
-        std::string cmd = std::string(BRINDLESEE_CLI) + " wizard " + args + " 2>" + path("err");
-        FILE* p = ::popen(cmd.c_str(), "r");
-        std::array<char, 4096> buf{};
-        for (std::size_t n; (n = std::fread(buf.data(), 1, buf.size(), p)) > 0;) r.out.append(buf.data(), n);
-        int st = ::pclose(p);
-        r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-        return r;
-    }
+    test::CliRun cli(const std::string& args) { return test::runCli("wizard " + args, path("err")); }
     std::string err() { return readBytes("err"); }
     std::string q(const std::string& name) { return "'" + path(name) + "'"; }
 };
 
 TEST_F(CliWizardTest, BuildsTheAlbumWithDesignRowsAndFrame) {
-    const CliRun r = cli(q("Fest") + " --design Wiese --page Eins:" + path("p1.png") + "," +
+    const test::CliRun r = cli(q("Fest") + " --design Wiese --page Eins:" + path("p1.png") + "," +
                          path("p2.png") + "," + path("p3.png") + "," + path("p4.png") + " --page Zwei" +
                          " --frame 4,30,70,#102030 --english");
     ASSERT_EQ(r.status, 0) << err();
@@ -115,7 +102,7 @@ TEST_F(CliWizardTest, BadInputExitsOneWithItsMessage) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.args);
-        const CliRun r = cli(row.args);
+        const test::CliRun r = cli(row.args);
         EXPECT_EQ(r.status, 1);
         EXPECT_EQ(r.out, "");
         EXPECT_EQ(err(), row.message);
