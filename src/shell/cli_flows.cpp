@@ -1,11 +1,10 @@
 // new and add-page: album flows without questions.
 #include <filesystem>
 
-#include "album/options_file.h"
 #include "album/paths.h"
-#include "album/settings_store.h"
 #include "shell/cli_commands.h"
 #include "shell/cli_prompter.h"
+#include "shell/cli_session.h"
 #include "shell/startup.h"
 
 namespace brindle::cli {
@@ -36,19 +35,12 @@ std::string absolute(const std::string& p) { return std::filesystem::absolute(p)
 // Runs `flow` on a session of the user's program directory and ends it.
 template <class Flow>
 int withSession(const FlowOptions& f, const std::string& albumPath, Flow flow) {
-    const std::string prog = resolveProgramDirectory();
-    seedProgramDirectory(prog, installedResourceDirectory());
-    IniSettingsStore settings(prog + "settings.ini");
     CliPrompter prompter;
     prompter.answer = f.answer;
     prompter.albumPath = albumPath;
-    WindowlessEditorFactory editors;
-    Session session(prog, prompter, settings, editors, diagnoseSink(prog));
-    session.state().options = loadOptions(prog);
-    session.state().options.language = languageName(f.lang);
-    startAlbumApplication(session, {});
-    int rc = flow(session);
-    finishSession(session);
+    CliSession cli(prompter, f.lang);
+    const int rc = flow(cli.session());
+    finishSession(cli.session());
     return rc;
 }
 

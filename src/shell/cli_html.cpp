@@ -4,13 +4,12 @@
 #include <filesystem>
 #include <iostream>
 
-#include "album/options_file.h"
 #include "album/paths.h"
-#include "album/settings_store.h"
 #include "html/generation_run.h"
 #include "html/web_picture.h"
 #include "shell/cli_commands.h"
 #include "shell/cli_prompter.h"
+#include "shell/cli_session.h"
 #include "shell/startup.h"
 
 namespace brindle::cli {
@@ -57,13 +56,8 @@ int html(const Args& args) {
     std::filesystem::create_directories(out, ec);
     if (ec) return fail("Could not create the directory: " + out + " " + ec.message());
 
-    const std::string prog = resolveProgramDirectory();
-    seedProgramDirectory(prog, installedResourceDirectory());
-    IniSettingsStore settings(prog + "settings.ini");
-    WindowlessEditorFactory editors;
-    Session session(prog, prompter, settings, editors, diagnoseSink(prog));
-    session.state().options = loadOptions(prog);
-    startAlbumApplication(session, {});
+    CliSession cli(prompter);
+    Session& session = cli.session();
     if (!session.albumOeffnen(album)) return 1;
 
     html::HtmlRun run(session, out, html::defaultPictureServices());

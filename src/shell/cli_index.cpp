@@ -4,12 +4,11 @@
 #include <filesystem>
 #include <iostream>
 
-#include "album/options_file.h"
 #include "album/paths.h"
-#include "album/settings_store.h"
 #include "html/picture_index.h"
 #include "shell/cli_commands.h"
 #include "shell/cli_prompter.h"
+#include "shell/cli_session.h"
 #include "shell/startup.h"
 
 namespace brindle::cli {
@@ -23,16 +22,11 @@ extern "C" void onInterrupt(int) { interrupted = true; }
 
 int runPictureIndex(const std::string& albumPath, bool atBeginning, int answer) {
     const std::string album = std::filesystem::absolute(albumPath).lexically_normal().string();
-    const std::string prog = resolveProgramDirectory();
-    seedProgramDirectory(prog, installedResourceDirectory());
-    IniSettingsStore settings(prog + "settings.ini");
     CliPrompter prompter;
     prompter.answer = answer;
     prompter.albumPath = album;
-    WindowlessEditorFactory editors;
-    Session session(prog, prompter, settings, editors, diagnoseSink(prog));
-    session.state().options = loadOptions(prog);
-    startAlbumApplication(session, {});
+    CliSession cli(prompter);
+    Session& session = cli.session();
     if (!session.albumOeffnen(album)) return 1;
 
     // Ctrl+C stops between pictures; the album is saved as far as it got.

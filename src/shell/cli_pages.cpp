@@ -4,13 +4,12 @@
 #include <functional>
 #include <iostream>
 
-#include "album/options_file.h"
 #include "album/paths.h"
-#include "album/settings_store.h"
 #include "editor/qt_text_metrics.h"
 #include "html/special_pages.h"
 #include "shell/cli_commands.h"
 #include "shell/cli_prompter.h"
+#include "shell/cli_session.h"
 #include "shell/startup.h"
 
 namespace brindle::cli {
@@ -87,16 +86,11 @@ int pages(const Args& args) {
                     "[--index] [--yes|--no]");
     const std::string album = std::filesystem::absolute(o.rest[0]).lexically_normal().string();
     return measureWithQt([&](editor::TextMetrics& metrics) {
-        const std::string prog = resolveProgramDirectory();
-        seedProgramDirectory(prog, installedResourceDirectory());
-        IniSettingsStore settings(prog + "settings.ini");
         CliPrompter prompter;
         prompter.answer = o.answer;
         prompter.albumPath = album;
-        WindowlessEditorFactory editors;
-        Session session(prog, prompter, settings, editors, diagnoseSink(prog));
-        session.state().options = loadOptions(prog);
-        startAlbumApplication(session, {});
+        CliSession cli(prompter);
+        Session& session = cli.session();
         if (!session.albumOeffnen(album)) return 1;
         html::GenerationCallbacks cb;
         cb.progress = [](int done, int total, const std::string& status) {

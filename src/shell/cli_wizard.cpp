@@ -3,11 +3,10 @@
 #include <filesystem>
 #include <iostream>
 
-#include "album/options_file.h"
 #include "album/paths.h"
-#include "album/settings_store.h"
 #include "shell/cli_commands.h"
 #include "shell/cli_prompter.h"
+#include "shell/cli_session.h"
 #include "shell/startup.h"
 #include "shell/wizard_run.h"
 
@@ -120,20 +119,14 @@ int wizardAlbum(const Args& args) {
     const std::string albumPath = wizard::albumPathFor(w.plan.targetDirectory);
     if (dateiVorhanden(albumPath)) return fail("the album exists already: " + albumPath);
 
-    const std::string prog = resolveProgramDirectory();
-    seedProgramDirectory(prog, installedResourceDirectory());
-    if (!w.design.empty()) {
-        w.plan.design = findDesign(prog, w.design);
-        if (w.plan.design.empty()) return fail("unknown design: " + w.design);
-    }
-    IniSettingsStore settings(prog + "settings.ini");
     CliPrompter prompter;
     prompter.albumPath = albumPath;
-    WindowlessEditorFactory editors;
-    Session session(prog, prompter, settings, editors, diagnoseSink(prog));
-    session.state().options = loadOptions(prog);
-    session.state().options.language = languageName(w.lang);
-    startAlbumApplication(session, {});
+    CliSession cli(prompter, w.lang);
+    Session& session = cli.session();
+    if (!w.design.empty()) {
+        w.plan.design = findDesign(cli.programDirectory(), w.design);
+        if (w.plan.design.empty()) return fail("unknown design: " + w.design);
+    }
     wizard::WizardCallbacks callbacks;
     callbacks.progress = [](int done, int total, const std::string& page) {
         if (!page.empty()) std::cerr << "page " << done + 1 << "/" << total << ": " << page << "\n";
