@@ -46,6 +46,16 @@ void matchPageCountToList(AlbumRecord& album) {
     album.pageCount = static_cast<std::int16_t>(album.pages.upper());
 }
 
+void movePageEntry(AlbumRecord& album, int from, int to) {
+    DynArray<PageEntry>& list = album.pages;
+    if (from < 1 || to < 1 || from > list.upper() || to > list.upper() || from == to) return;
+    const PageEntry moved = list[from];
+    const int step = from < to ? 1 : -1;
+    for (int i = from; i != to; i += step) list[i] = list[i + step];
+    list[to] = moved;
+    album.modified = kTrue;
+}
+
 void finishAlbumLoad(AlbumRecord& album, const std::string& path) {
     album.modified = kFalse;
     matchPageCountToList(album);

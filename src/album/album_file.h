@@ -37,6 +37,10 @@ FileResult writeAlbumFile(const std::string& path, const AlbumRecord& album);
 inline constexpr int kMaxPageCount = 32767;
 void matchPageCountToList(AlbumRecord& album);
 
+// Moves list entry `from` to `to`; the entries between shift by one and the
+// album counts as changed. Out-of-range or equal places change nothing.
+void movePageEntry(AlbumRecord& album, int from, int to);
+
 // What the reader does with a good record before the album is used: the
 // stored slots and directory are not trusted, titles come from the path.
 void finishAlbumLoad(AlbumRecord& album, const std::string& path);

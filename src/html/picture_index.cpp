@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "album/album_file.h"
 #include "album/encoding.h"
 #include "album/page_file.h"
 #include "album/paths.h"
@@ -81,9 +82,7 @@ void IndexRun::placeNewEntry(int entry, bool atBeginning) {
     } else if (entry > 1 && isBackCover(list[entry - 1].title)) {
         to = entry - 1;
     }
-    const PageEntry moved = list[entry];
-    for (int i = entry; i > to; --i) list[i] = list[i - 1];
-    list[to] = moved;
+    movePageEntry(a_, entry, to);
     out_.entry = to;
 }
 

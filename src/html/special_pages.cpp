@@ -1,5 +1,6 @@
 #include "html/special_pages.h"
 
+#include "album/album_file.h"
 #include "html/picture_index.h"
 
 #include <algorithm>
@@ -69,16 +70,6 @@ SpecialPages::Target SpecialPages::existingOrNew(const char* de, const char* en,
     return {a.pages.upper(), slot, true};
 }
 
-void SpecialPages::moveEntry(int from, int to) {
-    AlbumRecord& a = s_.album();
-    if (from < 1 || to < 1 || from > a.pages.upper() || to > a.pages.upper() || from == to) return;
-    const PageEntry moved = a.pages[from];
-    const int step = from < to ? 1 : -1;
-    for (int i = from; i != to; i += step) a.pages[i] = a.pages[i + step];
-    a.pages[to] = moved;
-    a.modified = kTrue;
-}
-
 int SpecialPages::addText(int slot, int top, int left, FontSpec font, const std::string& text,
                           const std::string& link) {
     PageRecord& page = s_.page(slot);
@@ -112,7 +103,7 @@ bool SpecialPages::umschlagVorne() {
     if (!target.slot) return false;
     AlbumRecord& a = s_.album();
     // A new cover comes first; one rebuilt stays where the user put it.
-    if (target.made) moveEntry(target.index, 1);
+    if (target.made) movePageEntry(s_.album(), target.index, 1);
     const int index = s_.entryOfSlot(target.slot);
     const std::string opens = index == 1 && a.pages.upper() >= 2 ? a.pages[2].title : std::string{};
     addText(target.slot, 160, 150, a.style.headingFont, a.title, opens);
@@ -139,7 +130,7 @@ bool SpecialPages::inhalt(bool atBeginning) {
         int to = target.index;
         if (atBeginning) to = before >= 1 && isFrontCover(a.pages[1].title) ? 2 : 1;
         else if (before >= 1 && isBackCover(a.pages[before].title)) to = before;
-        moveEntry(target.index, to);
+        movePageEntry(s_.album(), target.index, to);
     }
     const int index = s_.entryOfSlot(target.slot);
     int top = 30;

@@ -45,8 +45,6 @@ private:
     // new page at the end of the list, moved to `place` by the caller.
     Target existingOrNew(const char* de, const char* en, const std::string& questionDe,
                          const std::string& questionEn);
-    // Moves list entry `from` to `to`, the entries between shift by one.
-    void moveEntry(int from, int to);
     // A text element measured in `font`, at `top`, `left`; returns its height.
     int addText(int slot, int top, int left, FontSpec font, const std::string& text, const std::string& link);
     void finish(int slot);

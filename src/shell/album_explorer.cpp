@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QHeaderView>
 
+#include "album/album_file.h"
 #include "shell/tool_icons.h"
 
 namespace brindle::shell {
@@ -101,11 +102,7 @@ void AlbumExplorer::contextMenuEvent(QContextMenuEvent* event) {
 void AlbumExplorer::movePage(int from, int to) {
     AlbumRecord& a = session_.album();
     if (from < 1 || to < 1 || from > a.pages.upper() || to > a.pages.upper() || from == to) return;
-    const PageEntry moved = a.pages[from];
-    const int step = from < to ? 1 : -1;
-    for (int i = from; i != to; i += step) a.pages[i] = a.pages[i + step];
-    a.pages[to] = moved;
-    a.modified = kTrue;
+    movePageEntry(a, from, to);
     AktualisiereAlbumExplorer();
     markPage(to);
 }
