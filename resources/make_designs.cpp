@@ -22,6 +22,8 @@
 #include "album/records.h"
 #include "image/template_preview.h"
 
+#include "button_glyph.h"
+
 namespace {
 
 constexpr int kTile = 400;
@@ -224,25 +226,7 @@ QImage button(const QImage& tile, const Look& look, char glyph) {
     p.drawRoundedRect(QRectF(1.5, 1.5, w - 3, h - 3), 12, 12);
     p.setPen(Qt::NoPen);
     p.setBrush(look.glyph);
-    const double cx = w / 2.0, cy = h / 2.0;
-    if (glyph == '=') {
-        for (int i = 0; i < 3; ++i) {
-            p.drawEllipse(QPointF(cx - 13, cy - 8 + 8 * i), 2.2, 2.2);
-            p.drawRoundedRect(QRectF(cx - 8, cy - 9.5 + 8 * i, 22, 3), 1.5, 1.5);
-        }
-        return img;
-    }
-    const double dir = glyph == '>' ? 1 : -1;
-    QPainterPath path;
-    path.moveTo(cx + 14 * dir, cy);
-    path.lineTo(cx - 4 * dir, cy - 11);
-    path.lineTo(cx - 4 * dir, cy - 4);
-    path.lineTo(cx - 16 * dir, cy - 4);
-    path.lineTo(cx - 16 * dir, cy + 4);
-    path.lineTo(cx - 4 * dir, cy + 4);
-    path.lineTo(cx - 4 * dir, cy + 11);
-    path.closeSubpath();
-    p.drawPath(path);
+    drawButtonGlyph(p, glyph, w / 2.0, h / 2.0);
     return img;
 }
 

@@ -13,6 +13,8 @@
 #include "album/album_file.h"
 #include "album/records.h"
 
+#include "button_glyph.h"
+
 namespace {
 
 // Warm paper with fine fibres; tiles without visible seams because the
@@ -51,25 +53,7 @@ QImage button(char glyph) {
     p.drawRoundedRect(QRectF(1, 1, w - 2, h - 2), 12, 12);
     p.setPen(Qt::NoPen);
     p.setBrush(QColor(0xF5, 0xF1, 0xE6));
-    QPainterPath path;
-    const double cx = w / 2.0, cy = h / 2.0;
-    if (glyph == '<' || glyph == '>') {
-        double dir = glyph == '>' ? 1 : -1;
-        path.moveTo(cx + 14 * dir, cy);
-        path.lineTo(cx - 4 * dir, cy - 11);
-        path.lineTo(cx - 4 * dir, cy - 4);
-        path.lineTo(cx - 16 * dir, cy - 4);
-        path.lineTo(cx - 16 * dir, cy + 4);
-        path.lineTo(cx - 4 * dir, cy + 4);
-        path.lineTo(cx - 4 * dir, cy + 11);
-        path.closeSubpath();
-        p.drawPath(path);
-    } else {
-        for (int i = 0; i < 3; ++i) {
-            p.drawEllipse(QPointF(cx - 13, cy - 8 + 8 * i), 2.2, 2.2);
-            p.drawRoundedRect(QRectF(cx - 8, cy - 9.5 + 8 * i, 22, 3), 1.5, 1.5);
-        }
-    }
+    drawButtonGlyph(p, glyph, w / 2.0, h / 2.0);
     return img;
 }
 
