@@ -7,6 +7,7 @@
 #include "html/html_text.h"
 #include "html/output_files.h"
 #include "html/safe_text.h"
+#include "html/web_picture.h"
 #include "html/web_picture_names.h"
 
 namespace brindle::html {
@@ -106,7 +107,7 @@ std::string stelleDateiBereit(HtmlRun& run, const StageRequest& r) {
             p.target = run.outputDirectory + result;
             std::string error;
             if (!run.pictures.writeWebPicture(p, error) && !error.empty()) {
-                if (error.rfind("cannot load", 0) != 0) ++run.failedWrites;
+                if (!isUnreadableSourceError(error)) ++run.failedWrites;
                 run.prompter().message(
                     tr(run.language(), "Speichern des Bildes ", "Saving of the picture ") + p.target +
                         tr(run.language(), " mißlungen!", " fault!"),

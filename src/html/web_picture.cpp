@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <string_view>
 
 #include "album/paths.h"
 #include "html/html_text.h"
@@ -130,7 +131,7 @@ bool speichereWebBild(const WebPicture& p, std::string& error) {
     if (!fs::exists(p.source)) return true;  // nothing happens for a missing source
     cDIBSection source;
     if (!loadSource(p.source, w, h, source)) {
-        error = "cannot load " + p.source;
+        error = unreadableSourceError(p.source);
         return false;
     }
     if (w <= 0 || h <= 0) {
@@ -167,6 +168,14 @@ bool speichereWebBild(const WebPicture& p, std::string& error) {
     if (!ok) error = "write failed";
     return ok;
 }
+
+namespace {
+constexpr std::string_view kUnreadableSource = "cannot load ";
+}  // namespace
+
+std::string unreadableSourceError(const std::string& source) { return std::string(kUnreadableSource) + source; }
+
+bool isUnreadableSourceError(const std::string& error) { return error.rfind(kUnreadableSource, 0) == 0; }
 
 PictureServices defaultPictureServices() {
     PictureServices s;

@@ -12,4 +12,9 @@ PictureServices defaultPictureServices();
 // speichereWebBild: one picture for the web, as the run's writer needs it.
 bool speichereWebBild(const WebPicture& p, std::string& error);
 
+// The writer's error for a source picture it could not read, and its test:
+// such a picture is told, but nothing in the output folder failed.
+std::string unreadableSourceError(const std::string& source);
+bool isUnreadableSourceError(const std::string& error);
+
 }  // namespace brindle::html
