@@ -294,12 +294,18 @@ void cDIBSection::effectRandomiseBits(bool gray, ProgressWord* progress) {
 void cDIBSection::effectFarbfläche(std::uint32_t colour, ProgressWord* progress) {
     RowProgress rp(progress_, progress);
     const Rgb c = splitColour(colour);
+    // One row is filled pixel by pixel, the others are copies of it.
+    const std::size_t bytes = static_cast<std::size_t>(Width()) * 3;
     for (int y = 0; y < Height(); ++y) {
         std::uint8_t* p = rowBits(y);
-        for (int x = 0; x < Width() * 3; x += 3) {
-            p[x] = c.blue;
-            p[x + 1] = c.green;
-            p[x + 2] = c.red;
+        if (y == 0) {
+            for (std::size_t x = 0; x < bytes; x += 3) {
+                p[x] = c.blue;
+                p[x + 1] = c.green;
+                p[x + 2] = c.red;
+            }
+        } else {
+            std::memcpy(p, rowBits(0), bytes);
         }
         rp.step(y, Height());
     }
