@@ -96,6 +96,7 @@ void RedEyeWindow::buildControls() {
     for (QPushButton* b : {clickMode_, selectionMode_}) {
         b->setCheckable(true);
         b->setMinimumHeight(30);
+        b->setStyleSheet("QPushButton:checked { font-weight: bold; }");
         modes->addButton(b);
     }
     auto* modeRow = new QHBoxLayout;
@@ -147,7 +148,9 @@ void RedEyeWindow::buildControls() {
     };
     QWidget* before = column(originalCaption_, originalView_, "Original");
     column(resultCaption_, resultView_, "Picture1");
+    // The captions only matter while both pictures show.
     before->setVisible(false);
+    resultCaption_->setVisible(false);
 
     auto* main = new QHBoxLayout(this);
     main->setContentsMargins(0, 0, 6, 6);
@@ -188,6 +191,7 @@ QWidget* RedEyeWindow::buildClickPanel() {
     g->addWidget(searchWidthLabel_, 3, 0, 1, 2);
     g->addWidget(searchWidth_, 4, 0);
     g->addWidget(searchWidthValue_, 4, 1);
+    g->setRowStretch(5, 1);
     connect(sensitivity_, &QSlider::valueChanged, this, [this](int v) {
         session_.setSensitivity(v);
         updateValueLabels();
@@ -229,6 +233,7 @@ QWidget* RedEyeWindow::buildSelectionPanel() {
     g->addWidget(bright_, 4, 1);
     g->addWidget(grey_, 5, 0, 1, 2);
     g->addWidget(run_, 6, 0, 1, 2);
+    g->setRowStretch(7, 1);
     g->setColumnStretch(0, 1);
     const auto sync = [this] {
         session_.thresholds.red = red_->value();
@@ -282,6 +287,7 @@ QWidget* RedEyeWindow::buildViewButtons() {
     connect(scrollCentre_, &QPushButton::clicked, this, [zoomBoth] { zoomBoth([](PictureView* v) { v->scrollToCentre(); }); });
     connect(compare_, &QCheckBox::toggled, this, [this](bool on) {
         originalView_->parentWidget()->setVisible(on);
+        resultCaption_->setVisible(on);
         if (on) {
             refreshOriginal();
             views_->setSizes({views_->width() / 2, views_->width() / 2});
@@ -496,8 +502,6 @@ void RedEyeWindow::setLanguage(Language language) {
     setWindowTitle(t("Brindlesee Rote Augen", "Brindlesee Red Eye"));
     clickMode_->setText(t("1.Klick", "1.Click"));
     selectionMode_->setText(t("2.Auswahl", "2.Selection"));
-    clickBox_->setTitle(t("Klick", "Click"));
-    selectionBox_->setTitle(t("Auswahl", "Selection"));
     clickHint_->setText(t("In jedes Auge einmal doppelklicken.      Dann einstellen.",
                           "In each eye once doubleclick.      Then adjust."));
     sensitivityLabel_->setText(t("     ROT Empfindlichkeit", "     RED Sensitivity"));
