@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const int v = in.size ? in.data[(x + y * w) % in.size] : 0;
             setPixel(dib, x, y, {v, (v * 7) & 255, (v * 13) & 255});
         }
-    const int sensitivity = in.next(), width = in.next() % 101;
+    const int sensitivity = in.next(), width = std::abs(in.next() % 101);
     const int cx = in.next(), cy = in.next();
     const SpiralResult r = spiralSearch(dib, cx, cy, sensitivity % 101, width);
     if (r.visited > w * h + width * 10 || r.corrected > w * h) std::abort();
