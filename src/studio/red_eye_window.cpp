@@ -1,5 +1,6 @@
 #include "studio/red_eye_window.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -460,6 +461,7 @@ void RedEyeWindow::runInBackground(
     progress_->setValue(0);
     progress_->setVisible(true);
     cancelButton_->setEnabled(cancellable);
+    QApplication::setOverrideCursor(Qt::WaitCursor);
     QTimer tick;
     connect(&tick, &QTimer::timeout, this, [&] { progress_->setValue(percent.load()); });
     tick.start(50);
@@ -471,6 +473,7 @@ void RedEyeWindow::runInBackground(
     loop.exec();
     worker.join();
     tick.stop();
+    QApplication::restoreOverrideCursor();
     progress_->setVisible(false);
     cancelButton_->setEnabled(true);
     cancel_ = nullptr;
