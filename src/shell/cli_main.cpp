@@ -37,6 +37,10 @@ const std::map<std::string, Command>& commands() {
         {"wizard", {wizardAlbum, "wizard OUTDIR --page \"NAME:PIC,PIC,...\" ... [--design NAME]\n"
                                   "                       [--frame WIDTH,LIGHT,SHADOW,COLOUR] [--english|--german]\n"
                                   "                       a whole album: one page per --page, its pictures in rows"}},
+        {"redeye", {redeye, "redeye PICTURE --at X,Y [--at X,Y] [--sensitivity T] [--width W]\n"
+                            "                       | --box X,Y,W,H [--red N] [--other N] [--bright N] [--grey]\n"
+                            "                       [-o OUT] removes red eyes: a search from each point, or\n"
+                            "                       the box's red pixels made grey; without -o in place"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
