@@ -1,23 +1,8 @@
 // The design batch: the step lines, in batch mode, over every picture.
-#include <string_view>
-
 #include "studio/batch_run.h"
 #include "studio/design_chain.h"
 
 namespace brindle::studio {
-namespace {
-
-// The name a status line shows: the line up to its bracket ("3D Effekt"
-// of "3D Effekt(5)"), without the blanks around it.
-std::string stepName(std::string_view line) {
-    line = line.substr(0, line.find('('));
-    const auto first = line.find_first_not_of(' ');
-    if (first == std::string_view::npos) return {};
-    const auto last = line.find_last_not_of(' ');
-    return std::string(line.substr(first, last - first + 1));
-}
-
-}  // namespace
 
 BatchResult runDesignBatch(const std::vector<std::string>& steps, const BatchOptions& options,
                            Prompter& prompter, Language language, const BatchCallbacks& callbacks) {
@@ -28,7 +13,7 @@ BatchResult runDesignBatch(const std::vector<std::string>& steps, const BatchOpt
         env.image.language = language;
         for (const std::string& line : steps) {
             const std::string name = stepName(line);
-            if (name.empty()) continue;
+            if (name.empty()) continue;  // a blank line is no step
             step(name);
             applyStep(dib, line, env);
         }

@@ -17,6 +17,7 @@
 #include "image/image_compare.h"
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
+#include "studio/design_chain.h"
 #include "support/temp_home.h"
 
 namespace brindle::test {
@@ -467,6 +468,31 @@ TEST_F(BatchRunTest, APictureListedTwiceIsWorkedOnItsFirstResult) {
     ASSERT_TRUE(LoadJPG(dib, src));
     EXPECT_EQ(dib.Width(), 5);  // 40 halved three times
     EXPECT_TRUE(sameBytes(results[1], results[2]));
+}
+
+// The design batch runs the lines in batch mode: sharpening with its
+// strength, the size step in percent; the status names each step.
+TEST_F(BatchRunTest, TheDesignBatchRunsTheLinesInBatchModeAndNamesEachStep) {
+    const std::string src = jpeg("photos/Strand.jpg", 80, 60);
+    const std::vector<std::string> steps = {"Kontrast(20)", "Schärfen(5)", "3D Effekt(4)", "",
+                                            "Größe(0,0,50,50,1)"};
+    cDIBSection expected = loaded(src);
+    studio::StepEnv env;
+    env.mode = studio::ChainMode::Batch;
+    studio::applyChain(expected, steps, env);
+    ASSERT_EQ(expected.Width(), 40);
+
+    BatchOptions o = toDirectory("out", {src});
+    o.appendText = "_design";
+    o.threads = 2;
+    BatchRecord rec;
+    rec.result = studio::runDesignBatch(steps, o, rec.prompter, Language::German, recordingCallbacks(rec));
+    EXPECT_EQ(rec.result.written, std::vector<std::string>{path("out/Strand_design.jpg")});
+    EXPECT_EQ(rec.events,
+              (std::vector<std::string>{"progress 0/1", "status " + src, "status " + src + ": Kontrast",
+                                        "status " + src + ": Schärfen", "status " + src + ": 3D Effekt",
+                                        "status " + src + ": Größe", "preview 40x30", "progress 1/1"}));
+    EXPECT_TRUE(sameBytes(encoded(expected), readBytes("out/Strand_design.jpg")));
 }
 
 }  // namespace
