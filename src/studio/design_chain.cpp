@@ -259,17 +259,18 @@ const StepKind* findKind(std::string_view name) {
 // taken by its first part, as the splitter gives it.
 const StepKind* parseLine(std::string_view line, StepLine& out) {
     const std::size_t open = line.find('(');
-    if (open != std::string_view::npos) {
-        const std::string_view name = trim(line.substr(0, open));
-        if (const StepKind* kind = findKind(name)) {
-            std::string_view args = line.substr(open + 1);
+    const std::string_view name = trim(line.substr(0, open));
+    if (const StepKind* kind = findKind(name)) {
+        std::string_view args;
+        if (open != std::string_view::npos) {
+            args = line.substr(open + 1);
             const std::size_t close = args.rfind(')');
             if (close != std::string_view::npos) args = args.substr(0, close);
-            out.argumentText = args;
-            out.parts = splitStepLine(args);
-            out.parts.insert(out.parts.begin(), std::string(name));
-            return kind;
         }
+        out.argumentText = args;
+        out.parts = splitStepLine(args);
+        out.parts.insert(out.parts.begin(), std::string(name));
+        return kind;
     }
     out.parts = splitStepLine(line);
     if (out.parts.empty()) return nullptr;

@@ -15,6 +15,7 @@ namespace {
 
 // A list of hundreds of steps is a few kilobytes; a megabyte is no list.
 constexpr std::size_t kMaxListBytes = 1u << 20;
+constexpr const char* kTooLarge = "the file is larger than 1 MiB and cannot be a design list";
 
 bool tooLarge(const std::string& path) {
     std::error_code ec;
@@ -29,11 +30,19 @@ DesignListRead readDesignList(const std::string& path) {
     std::string bytes;
     const IoResult read = readWholeFile(path, bytes, kMaxListBytes);
     if (!read.ok) {
-        result.error = tooLarge(path) ? "the file is larger than 1 MiB and cannot be a design list"
-                                      : read.error;
+        result.error = tooLarge(path) ? kTooLarge : read.error;
         return result;
     }
-    if (bytes.find('\0') != std::string::npos) {
+    return parseDesignList(bytes);
+}
+
+DesignListRead parseDesignList(std::string_view bytes) {
+    DesignListRead result;
+    if (bytes.size() > kMaxListBytes) {
+        result.error = kTooLarge;
+        return result;
+    }
+    if (bytes.find('\0') != std::string_view::npos) {
         result.error = "the file holds NUL characters and is not a text file";
         return result;
     }
@@ -50,14 +59,18 @@ DesignListRead readDesignList(const std::string& path) {
     return result;
 }
 
-bool writeDesignList(const std::string& path, const std::vector<std::string>& lines,
-                     std::string* error) {
+std::string encodeDesignList(const std::vector<std::string>& lines) {
     std::string text;
     for (const std::string& line : lines) {
         text += line;
         text += "\r\n";
     }
-    const IoResult written = writeFileAtomic(path, encodeFileString(text));
+    return encodeFileString(text);
+}
+
+bool writeDesignList(const std::string& path, const std::vector<std::string>& lines,
+                     std::string* error) {
+    const IoResult written = writeFileAtomic(path, encodeDesignList(lines));
     if (!written.ok && error) *error = written.error;
     return written.ok;
 }
