@@ -472,9 +472,10 @@ void DesignWindow::goToStep(int step) {
     step_ = std::clamp(step, 1, 3);
     if (step_ == 1) tree_->setFocus();
     if (step_ == 3) {
-        if (auto* add = panels_->currentWidget()->findChild<QPushButton*>(QRegularExpression("Übern$"))) {
-            add->setDefault(true);
-            add->setFocus();
+        const auto adds = panels_->currentWidget()->findChildren<QPushButton*>(QRegularExpression("Übern$"));
+        if (!adds.isEmpty()) {
+            adds.first()->setDefault(true);
+            adds.first()->setFocus();
         }
     }
     updateStepText();
