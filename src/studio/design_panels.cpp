@@ -256,7 +256,6 @@ void DesignPanels::chooseGeneralItem(const GeneralItem& item) {
         box->setVisible(s.shown);
     }
     tintRow_->setVisible(item.args == GeneralArgs::FirstSecondColour);
-    p->findChild<QLabel*>("lblAllgemeinName")->setText(QString::fromUtf8(item.name));
 }
 
 void DesignPanels::setLanguage(Language language) {

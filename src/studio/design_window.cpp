@@ -184,13 +184,15 @@ QWidget* DesignWindow::buildTreeAndPictures() {
     tree_->setObjectName("TrvFotoDesign");
     tree_->setHeaderHidden(true);
     fillTree();
-    layout->addWidget(tree_, 3);
+    layout->addWidget(tree_, 5);
     auto* picturesLabel = new QLabel(column);
-    captions_.add(picturesLabel, "Bilder (das gewählte im Test):", "Pictures (the chosen one in the test):");
+    captions_.add(picturesLabel, "Bilder:", "Pictures:");
     layout->addWidget(picturesLabel);
     pictureList_ = new QListWidget(column);
     pictureList_->setObjectName("listeAlleBilder");
-    layout->addWidget(pictureList_, 2);
+    pictureList_->setMaximumHeight(140);
+    captions_.addTip(pictureList_, "Das gewählte Bild zeigt der Test.", "The test shows the chosen picture.");
+    layout->addWidget(pictureList_, 1);
     auto* row = new QHBoxLayout;
     auto* add = button(column, "cmdBilderHinzufügen");
     auto* remove = button(column, "cmdBildEntfernen");
@@ -440,6 +442,7 @@ void DesignWindow::updateStepText() {
     QString name;
     if (QTreeWidgetItem* item = tree_->currentItem(); item && !item->data(0, kKeyRole).toString().isEmpty())
         name = item->text(0);
+    if (auto* general = panels_->findChild<QLabel*>("lblAllgemeinName")) general->setText("<b>" + name + "</b>");
     switch (step_) {
         case 1:
             stepLabel_->setText(t("1) Bilddesign auswählen ", "1) Select Image Design "));

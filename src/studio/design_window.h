@@ -19,6 +19,7 @@
 #include "studio/captions.h"
 
 class QCheckBox;
+class QCloseEvent;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -57,6 +58,10 @@ class DesignWindow : public QWidget {
     int wizardStep() const { return step_; }
     // The picture of the test view as loaded (the original).
     const cDIBSection& testPicture() const { return original_; }
+
+  protected:
+    // A close during a run cancels it; the window closes when the run has stopped.
+    void closeEvent(QCloseEvent* event) override;
 
   signals:
     // After each test, list test or batch has ended.
@@ -151,6 +156,7 @@ class DesignWindow : public QWidget {
     std::atomic<int> picturesDone_{0};
     std::atomic<int> picturesTotal_{0};
     bool batchRunning_ = false;
+    bool closeWhenDone_ = false;
 };
 
 }  // namespace brindle::studio

@@ -1,6 +1,7 @@
 // The test view and the batch: both run on a worker thread while a timer
 // shows the progress; the window stays live and the cancel buttons work.
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -205,10 +206,22 @@ void DesignWindow::workDone(const std::function<void()>& done) {
     setRunning(false);
     done();
     emit workFinished();
+    if (closeWhenDone_) {
+        close();
+        return;
+    }
     if (testAgain_) {
         testAgain_ = false;
         testCurrentPanel();
     }
+}
+
+void DesignWindow::closeEvent(QCloseEvent* event) {
+    waveTimer_->stop();
+    if (!busy_) return QWidget::closeEvent(event);
+    cancel_ = true;
+    closeWhenDone_ = true;
+    event->ignore();
 }
 
 void DesignWindow::showProgress() {
