@@ -95,12 +95,21 @@ void cDIBSection::effectRahmen(int light, int shadow, int thickness, ProgressWor
         if (y < d) f = rowFactor(1 + t0[profileIndex(d - y, d)] / 10);
         if (y > bands.t) f = rowFactor(1 + t1[profileIndex(y - bands.t, d)] / 10);
         std::uint8_t* p = rowBits(y);
-        for (int px = 0; px < Width(); ++px) {
+        const auto column = [&](int px) {
             double g = f;
             if (bands.left(px, y)) g = 1 + t1[profileIndex(px - d, d)] / 10;
             if (bands.right(px, y)) g = 1 + t0[profileIndex(px - bands.r, d)] / 10;
             if (g < 0) g = 0;
             scalePixel(p + px * 3, g);
+        };
+        if (f != 1.0) {
+            for (int px = 0; px < Width(); ++px) column(px);
+        } else {
+            // Between the top and bottom bands only the side bands change:
+            // elsewhere the factor is exactly 1 and the pixel stays.
+            const int leftEnd = std::min(d, Width());
+            for (int px = 0; px < leftEnd; ++px) column(px);
+            for (int px = std::max(leftEnd, bands.r + 1); px < Width(); ++px) column(px);
         }
         rp.step(y, Height());
     }

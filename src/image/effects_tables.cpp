@@ -189,8 +189,9 @@ void cDIBSection::effectBlackAndWhite2(int threshold, ProgressWord* progress) {
 
 namespace {
 
-bool saturationSelects(int mode, int b, int g, int r) {
-    switch (mode) {
+template <int Mode>
+bool saturationSelects(int b, int g, int r) {
+    switch (Mode) {
         case 1:
             return r > g && r > b;
         case 2:
@@ -203,32 +204,50 @@ bool saturationSelects(int mode, int b, int g, int r) {
             return g < r || g < b;
         case 6:
             return r < g || r < b;
-        case 7:
-            return true;
         default:
-            return false;
+            return true;
+    }
+}
+
+// table[mean x 256 + c] is the changed channel c of a pixel with that mean.
+template <int Mode>
+void saturateRows(cDIBSection& dib, const std::uint8_t* table, RowProgress& rp) {
+    std::uint8_t third[766];
+    for (int i = 0; i < 766; ++i) third[i] = static_cast<std::uint8_t>(roundEven(i / 3.0));
+    const int bytes = dib.Width() * 3;
+    for (int y = 0; y < dib.Height(); ++y) {
+        std::uint8_t* p = dib.rowBits(y);
+        for (int x = 0; x < bytes; x += 3) {
+            const int b = p[x], g = p[x + 1], r = p[x + 2];
+            if (!saturationSelects<Mode>(b, g, r)) continue;
+            const std::uint8_t* row = table + third[b + g + r] * 256;
+            p[x] = row[b];
+            p[x + 1] = row[g];
+            p[x + 2] = row[r];
+        }
+        rp.step(y, dib.Height());
     }
 }
 
 }  // namespace
 
+// Each channel depends on itself and the pixel's mean only, so one table of
+// 256 x 256 holds every result, computed by the formula itself.
 void cDIBSection::effectFarbeSaturation(int percent, int mode, ProgressWord* progress) {
     RowProgress rp(progress_, progress);
     if (mode < 1 || mode > 7) return rp.done();
     const double factor = percent / 100.0;
-    int third[766];
-    for (int i = 0; i < 766; ++i) third[i] = roundEven(i / 3.0);
-    for (int y = 0; y < Height(); ++y) {
-        std::uint8_t* p = rowBits(y);
-        for (int x = 0; x < Width() * 3; x += 3) {
-            const int b = p[x], g = p[x + 1], r = p[x + 2];
-            if (!saturationSelects(mode, b, g, r)) continue;
-            const int mean = third[b + g + r];
-            p[x] = roundClamp((b - mean) * factor + b);
-            p[x + 1] = roundClamp((g - mean) * factor + g);
-            p[x + 2] = roundClamp((r - mean) * factor + r);
-        }
-        rp.step(y, Height());
+    std::vector<std::uint8_t> table(256 * 256);
+    for (int mean = 0; mean < 256; ++mean)
+        for (int c = 0; c < 256; ++c) table[mean * 256 + c] = roundClamp((c - mean) * factor + c);
+    switch (mode) {
+        case 1: saturateRows<1>(*this, table.data(), rp); break;
+        case 2: saturateRows<2>(*this, table.data(), rp); break;
+        case 3: saturateRows<3>(*this, table.data(), rp); break;
+        case 4: saturateRows<4>(*this, table.data(), rp); break;
+        case 5: saturateRows<5>(*this, table.data(), rp); break;
+        case 6: saturateRows<6>(*this, table.data(), rp); break;
+        default: saturateRows<7>(*this, table.data(), rp); break;
     }
     rp.done();
 }
@@ -275,12 +294,18 @@ void cDIBSection::effectRandomiseBits(bool gray, ProgressWord* progress) {
 void cDIBSection::effectFarbfläche(std::uint32_t colour, ProgressWord* progress) {
     RowProgress rp(progress_, progress);
     const Rgb c = splitColour(colour);
+    // One row is filled pixel by pixel, the others are copies of it.
+    const std::size_t bytes = static_cast<std::size_t>(Width()) * 3;
     for (int y = 0; y < Height(); ++y) {
         std::uint8_t* p = rowBits(y);
-        for (int x = 0; x < Width() * 3; x += 3) {
-            p[x] = c.blue;
-            p[x + 1] = c.green;
-            p[x + 2] = c.red;
+        if (y == 0) {
+            for (std::size_t x = 0; x < bytes; x += 3) {
+                p[x] = c.blue;
+                p[x + 1] = c.green;
+                p[x + 2] = c.red;
+            }
+        } else {
+            std::memcpy(p, rowBits(0), bytes);
         }
         rp.step(y, Height());
     }

@@ -152,10 +152,29 @@ bool stretchBlt(const Surface& dst, int x, int y, int w, int h, const Surface& s
     const AxisMap cols = mapAxis(x, w, sx, sw, dst.width, src.width);
     const AxisMap rows = mapAxis(y, h, sy, sh, dst.height, src.height);
     const std::size_t n = cols.dst.size();
+    // Target columns side by side (no source column clipped away between).
+    bool contiguous = true;
+    for (std::size_t c = 1; c < n && contiguous; ++c) contiguous = cols.dst[c] == cols.dst[c - 1] + 1;
+    std::vector<std::size_t> srcBytes(n);
+    std::size_t furthest = 0;
+    for (std::size_t c = 0; c < n; ++c) {
+        srcBytes[c] = static_cast<std::size_t>(cols.src[c]) * 3;
+        furthest = std::max(furthest, srcBytes[c]);
+    }
+    const std::size_t srcSize = static_cast<std::size_t>(src.stride) * src.height;
     for (std::size_t r = 0; r < rows.dst.size(); ++r) {
         std::uint8_t* d = dst.row(rows.dst[r]);
         const std::uint8_t* s = src.row(rows.src[r]);
-        if (rop == SRCCOPY) {
+        // The fourth byte read must lie inside the source buffer too.
+        const bool wide = contiguous && n > 0 &&
+                          static_cast<std::size_t>(s - src.bits) + furthest + 4 <= srcSize;
+        if (rop == SRCCOPY && wide) {
+            // Four bytes a pixel: the fourth is overwritten by the next
+            // pixel, and the last pixel of the run takes three.
+            std::uint8_t* dp = d + cols.dst[0] * 3;
+            for (std::size_t c = 0; c + 1 < n; ++c, dp += 3) std::memcpy(dp, s + srcBytes[c], 4);
+            std::memcpy(dp, s + srcBytes[n - 1], 3);
+        } else if (rop == SRCCOPY) {
             for (std::size_t c = 0; c < n; ++c) {
                 std::uint8_t* dp = d + cols.dst[c] * 3;
                 const std::uint8_t* sp = s + cols.src[c] * 3;

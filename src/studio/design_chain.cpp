@@ -17,6 +17,8 @@
 namespace brindle::studio {
 namespace {
 
+constexpr int kArgumentBound = 1000000;
+
 // A parsed line: parts[0] is the name, parts[1..] the arguments as the
 // shared splitter gives them (empty ones dropped). `argumentText` is the
 // text between the brackets, for the one argument that may hold blanks
@@ -24,7 +26,16 @@ namespace {
 struct StepLine {
     std::vector<std::string> parts;
     std::string_view argumentText;
-    int arg(std::size_t i) const { return stepInt(parts, i); }
+    // Numbers far beyond any control's range are held at a bound, so that
+    // the effects' integer sums cannot overflow on a hostile list.
+    int arg(std::size_t i) const {
+        const int v = stepInt(parts, i);
+        return v > kArgumentBound ? kArgumentBound : (v < -kArgumentBound ? -kArgumentBound : v);
+    }
+    // A colour 0x00BBGGRR; higher bits are no part of it.
+    std::uint32_t colour(std::size_t i) const {
+        return static_cast<std::uint32_t>(stepInt(parts, i)) & 0xFFFFFFu;
+    }
 };
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
@@ -184,7 +195,7 @@ bool runFrame(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
     const bool loaded = !file.empty() && file != ")" && loadFrameBackground(back, file, w, h, env);
     if (!loaded) {
         if (!back.Create(w, h)) return false;
-        back.effectFarbfläche(static_cast<std::uint32_t>(s.arg(4)));
+        back.effectFarbfläche(s.colour(4));
     }
     back.effectRahmen(s.arg(1), s.arg(2), d, env.progress);
     back.StretchLoadPicture(dib.hdc(), d, d, w - 2 * d, h - 2 * d, 0, 0, w, h);
@@ -194,7 +205,7 @@ bool runFrame(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
 }
 
 bool runTint(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
-    const Rgb c = splitColour(static_cast<std::uint32_t>(s.arg(3)));
+    const Rgb c = splitColour(s.colour(3));
     dib.effectEinfärben(c.red, c.green, c.blue, s.arg(1), s.arg(2), env.progress);
     return true;
 }

@@ -269,7 +269,10 @@ TEST(DesignChain, EveryStepRunsOnSmallPictures) {
         "Größe(5,4,50,50,0)", "Größe(5,4,50,50,1)", "Einfärben(10,50,255)", "Gold(1,2)",
         "Eis(1,2)", "Stahl(1,2)", "Schwarz/Weiss(128)", "3D Effekt(3)", "Negativ",
         "Frost-Glas(2)", "Neon(10,1)", "Intensiv(50)", "Gamma(150)", "Schärfen(-8)", "3D Effekt(0)",
-        "Rahmen(50,50,9000,0,)", "Kachel", "Ripple", "Gamma(-5)", "Wave"};
+        "Rahmen(50,50,9000,0,)", "Kachel", "Ripple", "Gamma(-5)", "Wave",
+        // Numbers no control gives, held at a bound.
+        "Schärfen(2147483647)", "Frost-Glas(2147483647)", "Helligkeit(2147483647,1)",
+        "Rahmen(1,1,2147483647,4294967295,)", "Einfärben(-2147483648,99999999999,-1)"};
     for (const auto& [w, h] : {std::pair{1, 1}, std::pair{2, 3}, std::pair{9, 7}}) {
         for (const StepEnv& env : {testView(), batch()}) {
             for (const std::string& line : lines) {
