@@ -23,6 +23,7 @@ int convert(const Args& args);
 int imageinfo(const Args& args);
 int rotate(const Args& args);
 int wizardAlbum(const Args& args);
+int design(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

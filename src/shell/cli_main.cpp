@@ -37,6 +37,10 @@ const std::map<std::string, Command>& commands() {
         {"wizard", {wizardAlbum, "wizard OUTDIR --page \"NAME:PIC,PIC,...\" ... [--design NAME]\n"
                                   "                       [--frame WIDTH,LIGHT,SHADOW,COLOUR] [--english|--german]\n"
                                   "                       a whole album: one page per --page, its pictures in rows"}},
+        {"design", {design, "design LIST PICTURE... [--out DIR] [--append TEXT] [--type jpg|png|bmp|tif]\n"
+                            "                       [--min-size WxH] [--quality Q] [--threads N] [--english|--german]\n"
+                            "                       run a design list's steps over the pictures; without --out\n"
+                            "                       the originals are overwritten (through a safe copy)"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;

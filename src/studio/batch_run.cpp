@@ -181,6 +181,7 @@ void finishPicture(const std::string& path, PictureResult& r, const BatchOptions
     if (!r.loaded) {
         if (r.loadMessage) showLoadMessage(*r.loadMessage, prompter, language);
         ++result.skipped;
+        result.unreadable.push_back(path);
         return;
     }
     if (r.belowFilter) {
