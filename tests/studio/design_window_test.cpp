@@ -19,6 +19,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include "editor/qimage_dib.h"
@@ -268,6 +269,18 @@ class DesignWindowTest : public QObject {
         find<QRadioButton>(w, "opt90GradLinks")->setChecked(true);
         QVERIFY(waitIdle(w));
         QCOMPARE(picture2->image().size(), QSize(80, 120));
+        // The wave animation turns the phase round and stops when another design is chosen.
+        QVERIFY(w.chooseDesign("Wave"));
+        auto* phase = find<QSlider>(w, "SldWave");
+        phase->setValue(10);
+        QVERIFY(waitIdle(w));
+        find<QCheckBox>(w, "chkWaveAnimation")->setChecked(true);
+        QVERIFY(find<QTimer>(w, "tmrWave")->isActive());
+        QTRY_COMPARE_WITH_TIMEOUT(phase->value(), 0, 20000);
+        QVERIFY(w.chooseDesign("Kontrast"));
+        QTRY_VERIFY_WITH_TIMEOUT(!find<QTimer>(w, "tmrWave")->isActive(), 20000);
+        QVERIFY(!find<QCheckBox>(w, "chkWaveAnimation")->isChecked());
+        QVERIFY(waitIdle(w));
     }
 
     void batchWritesTheExpectedFiles() {
