@@ -24,6 +24,7 @@ int imageinfo(const Args& args);
 int rotate(const Args& args);
 int wizardAlbum(const Args& args);
 int redeye(const Args& args);
+int design(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

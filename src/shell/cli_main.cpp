@@ -41,6 +41,10 @@ const std::map<std::string, Command>& commands() {
                             "                       | --box X,Y,W,H [--red N] [--other N] [--bright N] [--grey]\n"
                             "                       [-o OUT] removes red eyes: a search from each point, or\n"
                             "                       the box's red pixels made grey; without -o in place"}},
+        {"design", {design, "design LIST PICTURE... [--out DIR] [--append TEXT] [--type jpg|png|bmp|tif]\n"
+                            "                       [--min-size WxH] [--quality Q] [--threads N] [--english|--german]\n"
+                            "                       run a design list's steps over the pictures; without --out\n"
+                            "                       the originals are overwritten (through a safe copy)"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;

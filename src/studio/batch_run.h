@@ -42,6 +42,7 @@ struct BatchResult {
     int failed = 0;    // write failures (a message was shown)
     bool cancelled = false;
     std::vector<std::string> written;  // target paths in order
+    std::vector<std::string> unreadable;  // sources that could not be read, in order
 };
 
 // The work on one picture: changes `dib` in place; `step` reports each
