@@ -37,6 +37,10 @@ const std::map<std::string, Command>& commands() {
         {"wizard", {wizardAlbum, "wizard OUTDIR --page \"NAME:PIC,PIC,...\" ... [--design NAME]\n"
                                   "                       [--frame WIDTH,LIGHT,SHADOW,COLOUR] [--english|--german]\n"
                                   "                       a whole album: one page per --page, its pictures in rows"}},
+        {"resize", {resize, "resize PICTURE... (--size WxH | --percent P) [--out DIR]\n"
+                            "                       new sizes, beside each picture (name + _WxH or _Ppct) or in DIR"}},
+        {"split", {split, "split PICTURE... --rows R --cols C [--by-column]\n"
+                          "                       cuts each picture into tiles NAMENr1.ext, NAMENr2.ext, ... beside it"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
