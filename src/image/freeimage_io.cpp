@@ -291,8 +291,7 @@ bool platformRead(const std::string& path, PlatformFormat format, cDIBSection& d
     return readBytes(path, bytes, error) && platformReadBytes(bytes, format, dib, env, error);
 }
 
-bool freeImageSave(const cDIBSection& dib, const std::string& path, int format,
-                   std::string* error) {
+bool freeImageEncode(const cDIBSection& dib, int format, std::string& out, std::string* error) {
     if (dib.empty()) return setError(error, "no picture"), false;
     if (format != kFreeImagePng && format != kFreeImageTiff)
         return setError(error, "unsupported format"), false;
@@ -313,9 +312,16 @@ bool freeImageSave(const cDIBSection& dib, const std::string& path, int format,
     if (!ok)
         setError(error, session.lastMessage().empty() ? "cannot encode the picture"
                                                       : session.lastMessage());
-    if (ok) ok = writeBytesAtomic(path, bytes, size, error);
+    if (ok) out.assign(reinterpret_cast<const char*>(bytes), size);
     FreeImage_CloseMemory(memory);
     return ok;
+}
+
+bool freeImageSave(const cDIBSection& dib, const std::string& path, int format,
+                   std::string* error) {
+    std::string bytes;
+    return freeImageEncode(dib, format, bytes, error) &&
+           writeBytesAtomic(path, bytes.data(), bytes.size(), error);
 }
 
 }  // namespace brindle

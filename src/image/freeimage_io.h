@@ -44,6 +44,9 @@ bool platformRead(const std::string& path, PlatformFormat format, cDIBSection& d
 bool platformReadBytes(const std::string& bytes, PlatformFormat format, cDIBSection& dib,
                        const ImageEnv& env, std::string* error = nullptr);
 
+// Encodes `dib` as format 13 (PNG) or 18 (TIFF) into `out`.
+bool freeImageEncode(const cDIBSection& dib, int format, std::string& out,
+                     std::string* error = nullptr);
 // Writes `dib` as format 13 (PNG) or 18 (TIFF).
 bool freeImageSave(const cDIBSection& dib, const std::string& path, int format,
                    std::string* error = nullptr);

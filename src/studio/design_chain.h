@@ -26,6 +26,10 @@ struct StepEnv {
 // unchanged and returns false.
 bool applyStep(cDIBSection& dib, std::string_view line, const StepEnv& env);
 
+// The step a line names ("3D Effekt" for "3D Effekt(5)"), for status
+// lines; the first part of the line when it names no known step.
+std::string stepName(std::string_view line);
+
 // Runs the lines in order.
 void applyChain(cDIBSection& dib, const std::vector<std::string>& lines, const StepEnv& env);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brindle::studio {
@@ -13,6 +14,9 @@ struct DesignListRead {
 };
 
 DesignListRead readDesignList(const std::string& path);
+// The same on the bytes of a file, and the bytes a list is written as.
+DesignListRead parseDesignList(std::string_view bytes);
+std::string encodeDesignList(const std::vector<std::string>& lines);
 // Written atomically; false with the reason in `error`.
 bool writeDesignList(const std::string& path, const std::vector<std::string>& lines, std::string* error = nullptr);
 

@@ -9,7 +9,7 @@
 
 #include "cli_run.h"
 #include "image/picture_io.h"
-#include "image_compare.h"
+#include "image/image_compare.h"
 #include "support/temp_home.h"
 
 namespace brindle::test {

@@ -12,7 +12,7 @@
 #include "image/jpeg_io.h"
 #include "image/jpeg_quality.h"
 #include "image/picture_io.h"
-#include "image_compare.h"
+#include "image/image_compare.h"
 #include "support/scripted_prompter.h"
 #include "support/temp_home.h"
 

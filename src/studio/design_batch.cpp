@@ -1,0 +1,24 @@
+// The design batch: the step lines, in batch mode, over every picture.
+#include "studio/batch_run.h"
+#include "studio/design_chain.h"
+
+namespace brindle::studio {
+
+BatchResult runDesignBatch(const std::vector<std::string>& steps, const BatchOptions& options,
+                           Prompter& prompter, Language language, const BatchCallbacks& callbacks) {
+    const PictureWork work = [&steps, language](cDIBSection& dib,
+                                                const std::function<void(const std::string&)>& step) {
+        StepEnv env;
+        env.mode = ChainMode::Batch;
+        env.image.language = language;
+        for (const std::string& line : steps) {
+            const std::string name = stepName(line);
+            if (name.empty()) continue;  // a blank line is no step
+            step(name);
+            applyStep(dib, line, env);
+        }
+    };
+    return runPictureBatch(options, work, prompter, language, callbacks);
+}
+
+}  // namespace brindle::studio
