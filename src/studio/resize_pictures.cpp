@@ -16,36 +16,6 @@ int percentOf(int side, int percent) {
     return static_cast<int>(std::clamp<long long>(sized, 1, 1LL << 30));
 }
 
-// The folder of `path` with its "/" ("./" for a bare name).
-std::string folderOf(const std::string& path) {
-    const std::size_t slash = path.find_last_of("/\\");
-    return slash == std::string::npos ? std::string("./") : path.substr(0, slash) + "/";
-}
-
-// The pictures in runs of one folder each, folders in the order they first come.
-std::vector<std::vector<std::string>> byFolder(const std::vector<std::string>& pictures) {
-    std::vector<std::string> folders;
-    std::vector<std::vector<std::string>> groups;
-    for (const std::string& p : pictures) {
-        const auto it = std::find(folders.begin(), folders.end(), folderOf(p));
-        if (it == folders.end()) {
-            folders.push_back(folderOf(p));
-            groups.push_back({p});
-        } else {
-            groups[static_cast<std::size_t>(it - folders.begin())].push_back(p);
-        }
-    }
-    return groups;
-}
-
-void addResult(BatchResult& total, const BatchResult& part) {
-    total.treated += part.treated;
-    total.skipped += part.skipped;
-    total.failed += part.failed;
-    total.cancelled = total.cancelled || part.cancelled;
-    total.written.insert(total.written.end(), part.written.begin(), part.written.end());
-}
-
 }  // namespace
 
 int heightPercentOf(const ResizeOptions& o) { return o.percentsAlike ? o.widthPercent : o.heightPercent; }
@@ -97,10 +67,8 @@ BatchOptions resizeBatchOptions(const std::vector<std::string>& pictures, const 
         b.targetDirectory = o.targetDirectory;
         if (b.targetDirectory.back() != '/') b.targetDirectory += '/';
     } else {
-        // Beside the originals: the folder of the first picture (the run
-        // is made per folder).
+        // No folder: each result goes beside its original.
         b.appendText = resizeAppendText(o);
-        if (!pictures.empty()) b.targetDirectory = folderOf(pictures.front());
     }
     return b;
 }
@@ -117,21 +85,7 @@ BatchResult resizePictures(const std::vector<std::string>& pictures, const Resiz
         if (step) step(tr(lang, "Größe", "Size"));
         dib.effectGröße(w, h);
     };
-    if (o.overwriteOriginals || !o.targetDirectory.empty())
-        return runPictureBatch(resizeBatchOptions(pictures, o), work, prompter, lang, callbacks);
-    // Results beside their originals: one run per folder, progress counted over all.
-    BatchResult result;
-    const int total = static_cast<int>(pictures.size());
-    int before = 0;
-    for (const std::vector<std::string>& group : byFolder(pictures)) {
-        BatchCallbacks part = callbacks;
-        if (callbacks.progress)
-            part.progress = [&callbacks, before, total](int done, int) { callbacks.progress(before + done, total); };
-        addResult(result, runPictureBatch(resizeBatchOptions(group, o), work, prompter, lang, part));
-        before += static_cast<int>(group.size());
-        if (result.cancelled) break;
-    }
-    return result;
+    return runPictureBatch(resizeBatchOptions(pictures, o), work, prompter, lang, callbacks);
 }
 
 }  // namespace brindle::studio
