@@ -61,11 +61,11 @@ void printWritten(const std::vector<std::string>& written) {
     for (const std::string& w : written) std::cout << w << "\n";
 }
 
-// "[done/total] path" on stderr as the run goes on.
+// "[n/total] path" on stderr as each picture is begun.
 struct StderrProgress {
-    std::string current;
-    void status(const std::string& s) { current = s; }
-    void progress(int done, int total) { std::cerr << "[" << done << "/" << total << "] " << current << "\n"; }
+    int total = 0;
+    int begun = 0;
+    void status(const std::string& s) { std::cerr << "[" << ++begun << "/" << total << "] " << s << "\n"; }
 };
 
 struct ResizeArgs {
@@ -115,10 +115,9 @@ int resize(const Args& args) {
             return fail("cannot make the folder: " + r.options.targetDirectory);
     }
     ToolPrompter prompter;
-    StderrProgress progress;
+    StderrProgress progress{static_cast<int>(r.pictures.size())};
     studio::BatchCallbacks callbacks;
     callbacks.status = [&](const std::string& s) { progress.status(s); };
-    callbacks.progress = [&](int done, int total) { progress.progress(done, total); };
     const studio::BatchResult result =
         studio::resizePictures(r.pictures, r.options, prompter, Language::English, callbacks);
     printWritten(result.written);
@@ -155,10 +154,9 @@ int split(const Args& args) {
     if (const std::string missing = missingPicture(pictures); !missing.empty())
         return fail("file not found: " + missing);
     ToolPrompter prompter;
-    StderrProgress progress;
+    StderrProgress progress{static_cast<int>(pictures.size())};
     studio::SplitCallbacks callbacks;
     callbacks.status = [&](const std::string& s) { progress.status(s); };
-    callbacks.progress = [&](int done, int total) { progress.progress(done, total); };
     const studio::SplitResult result = studio::splitPictures(pictures, options, prompter, Language::English, callbacks);
     printWritten(result.written);
     return prompter.told == 0 && result.failed == 0 ? 0 : 1;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "image/picture_limits.h"
+#include "studio/batch_save.h"
 #include "studio/tool_io.h"
 
 namespace brindle::studio {
@@ -14,6 +15,31 @@ constexpr int kMaxPercent = 1000;
 int percentOf(int side, int percent) {
     const long long sized = static_cast<long long>(side) * percent / 100;
     return static_cast<int>(std::clamp<long long>(sized, 1, 1LL << 30));
+}
+
+// Pictures whose own type cannot be written (GIF, PCX, TGA, ...) are
+// saved as PNG; runs of either kind keep the pictures' order.
+struct PictureRun {
+    std::vector<std::string> pictures;
+    bool asPng = false;
+};
+
+std::vector<PictureRun> runsByType(const std::vector<std::string>& pictures) {
+    std::vector<PictureRun> runs;
+    for (const std::string& p : pictures) {
+        const bool asPng = batchWriter(p, "normal") == PictureWriter::None;
+        if (runs.empty() || runs.back().asPng != asPng) runs.push_back({{}, asPng});
+        runs.back().pictures.push_back(p);
+    }
+    return runs;
+}
+
+void addResult(BatchResult& total, const BatchResult& part) {
+    total.treated += part.treated;
+    total.skipped += part.skipped;
+    total.failed += part.failed;
+    total.cancelled = total.cancelled || part.cancelled;
+    total.written.insert(total.written.end(), part.written.begin(), part.written.end());
 }
 
 }  // namespace
@@ -79,13 +105,28 @@ BatchResult resizePictures(const std::vector<std::string>& pictures, const Resiz
         tellToolError(prompter, lang, error);
         return {};
     }
-    const PictureWork work = [o, lang](cDIBSection& dib, const std::function<void(const std::string&)>& step) {
+    const PictureWork work = [o](cDIBSection& dib, const std::function<void(const std::string&)>&) {
         int w = 0, h = 0;
         resizedSize(o, dib.Width(), dib.Height(), w, h);
-        if (step) step(tr(lang, "Größe", "Size"));
         dib.effectGröße(w, h);
     };
-    return runPictureBatch(resizeBatchOptions(pictures, o), work, prompter, lang, callbacks);
+    const std::vector<PictureRun> runs = runsByType(pictures);
+    if (runs.size() == 1 && !runs.front().asPng)
+        return runPictureBatch(resizeBatchOptions(pictures, o), work, prompter, lang, callbacks);
+    BatchResult result;
+    const int total = static_cast<int>(pictures.size());
+    int before = 0;
+    for (const PictureRun& run : runs) {
+        BatchOptions batch = resizeBatchOptions(run.pictures, o);
+        if (run.asPng) batch.fileType = "*.png";
+        BatchCallbacks part = callbacks;
+        if (callbacks.progress)
+            part.progress = [&callbacks, before, total](int done, int) { callbacks.progress(before + done, total); };
+        addResult(result, runPictureBatch(batch, work, prompter, lang, part));
+        before += static_cast<int>(run.pictures.size());
+        if (result.cancelled) break;
+    }
+    return result;
 }
 
 }  // namespace brindle::studio

@@ -39,8 +39,9 @@ std::string resizeOptionsError(const ResizeOptions& options, Language language);
 // The batch's settings for these options: type kept, quality 90.
 BatchOptions resizeBatchOptions(const std::vector<std::string>& pictures, const ResizeOptions& options);
 
-// Sizes and saves every picture; bad options are told through `prompter`
-// and nothing is done.
+// Sizes and saves every picture, JPEGs at quality 90, each in its own type;
+// a type that cannot be written (GIF, PCX, TGA, ...) gives a PNG. Bad
+// options are told through `prompter` and nothing is done.
 BatchResult resizePictures(const std::vector<std::string>& pictures, const ResizeOptions& options,
                            Prompter& prompter, Language language, const BatchCallbacks& callbacks = {});
 

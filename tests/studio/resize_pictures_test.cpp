@@ -11,6 +11,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "image/gif_writer.h"
 #include "image/jpeg_io.h"
 #include "image/jpeg_quality.h"
 #include "image/picture_io.h"
@@ -163,6 +164,27 @@ TEST_F(ResizePicturesTest, OverwritingReplacesTheOriginalAndLeavesNoCopy) {
     expected.effectGröße(15, 10);
     EXPECT_TRUE(sameImage(expected, load(a)));
     EXPECT_FALSE(fs::exists(a + "Brind.Bak"));
+}
+
+TEST_F(ResizePicturesTest, APictureWhoseTypeCannotBeWrittenBecomesAPngInItsPlaceInTheOrder) {
+    const std::string a = picture("a.png", 20, 20);
+    const std::string b = path("b.gif");
+    ASSERT_TRUE(GIF::SaveGIF(makeDib(20, 20, [](int, int) { return Bgr{0, 0, 255}; }), b, false, 0));
+    const std::string c = picture("c.bmp", 20, 20);
+    std::vector<std::string> progress;
+    studio::BatchCallbacks callbacks;
+    callbacks.progress = [&](int done, int total) {
+        progress.push_back(std::to_string(done) + "/" + std::to_string(total));
+    };
+    const studio::BatchResult result =
+        studio::resizePictures({a, b, c}, byPixels(4, 2), prompter, Language::German, callbacks);
+    EXPECT_TRUE(prompter.asked.empty()) << prompter.asked.front();
+    EXPECT_EQ(result.written,
+              (std::vector<std::string>{path("a_4x2.png"), path("b_4x2.png"), path("c_4x2.bmp")}));
+    EXPECT_EQ(progress.back(), "3/3");
+    const cDIBSection red = load(path("b_4x2.png"));
+    ASSERT_EQ(red.Width(), 4);
+    EXPECT_EQ(pixelAt(red, 3, 1), (Bgr{0, 0, 255}));
 }
 
 TEST_F(ResizePicturesTest, BadOptionsAreToldAndNothingIsWritten) {
