@@ -121,6 +121,10 @@ int resize(const Args& args) {
     const studio::BatchResult result =
         studio::resizePictures(r.pictures, r.options, prompter, Language::English, callbacks);
     printWritten(result.written);
+    // An unreadable picture is not always told by the reader itself.
+    if (result.skipped > 0)
+        std::cerr << "brindlesee-cli: " << result.skipped << " of " << r.pictures.size()
+                  << " pictures could not be read\n";
     const bool allDone = prompter.told == 0 && result.failed == 0 && result.skipped == 0 &&
                          result.treated == static_cast<int>(r.pictures.size());
     return allDone ? 0 : 1;

@@ -104,7 +104,7 @@ QGroupBox* SplitWindow::buildNumberBox() {
     txtSpalten_ = new QSpinBox(fraAnzahl_);
     txtSpalten_->setObjectName("txtSpalten");
     for (QSpinBox* box : {txtZeilen_, txtSpalten_}) {
-        box->setRange(1, 100);
+        box->setRange(1, 999);
         box->setValue(2);
     }
     lblZeilen_ = new QLabel(fraAnzahl_);

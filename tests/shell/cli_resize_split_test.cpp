@@ -143,6 +143,15 @@ TEST_F(CliResizeSplitTest, ResizeRefusesBadInputWithTheMessage) {
     EXPECT_FALSE(fs::exists(path("foto_50pct.png")));
 }
 
+TEST_F(CliResizeSplitTest, ResizeOfAnUnreadablePictureSaysSoAndExitsWithOne) {
+    picture("gut.png", 40, 30);
+    writeBytes("leer.png", "");
+    const CliRun r = cli("resize " + q("leer.png") + " " + q("gut.png") + " --size 4x3");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(lines(r.out), std::vector<std::string>{path("gut_4x3.png")});
+    EXPECT_NE(err().find("brindlesee-cli: 1 of 2 pictures could not be read\n"), std::string::npos) << err();
+}
+
 TEST_F(CliResizeSplitTest, ResizeIntoAFolderItMayNotWriteExitsWithOne) {
     picture("ro/foto.png", 40, 30);
     ::chmod(home().c_str(), 0755);
