@@ -54,7 +54,7 @@ void SplitWindow::build() {
         auto* item = new QListWidgetItem(fileName(p), listeAlleBilder_);
         item->setToolTip(QDir::toNativeSeparators(QString::fromStdString(p)));
     }
-    listeAlleBilder_->setMaximumWidth(220);
+    listeAlleBilder_->setMaximumWidth(190);
     preview_ = new TileGridPreview(this);
     preview_->setObjectName("picVorschau");
     left->addWidget(listeAlleBilder_);
@@ -92,7 +92,7 @@ void SplitWindow::build() {
     buttons->addWidget(cmdSpeichern_);
     buttons->addWidget(cmdAbbrechen_);
     top->addLayout(buttons);
-    resize(760, 420);
+    resize(820, 460);
 }
 
 QGroupBox* SplitWindow::buildNumberBox() {
