@@ -243,10 +243,10 @@ void ResizeWindow::run() {
 void ResizeWindow::tellResult() {
     const std::string count = std::to_string(result_.written.size());
     std::string text = result_.cancelled ? t("Abgebrochen. ", "Cancelled. ") : "";
-    text += count + t(" Bilder wurden geschrieben.", " pictures were written.");
+    text += t("Geschriebene Bilder: ", "Pictures written: ") + count;
     if (result_.skipped > 0)
-        text += "\r" + std::to_string(result_.skipped) +
-                t(" Bilder konnten nicht gelesen werden.", " pictures could not be read.");
+        text += std::string("\r") + t("Nicht lesbare Bilder: ", "Pictures that could not be read: ") +
+                std::to_string(result_.skipped);
     prompter_.message(text, kButtonsOk | kIconInformation, "Brindlesee");
     // A complete run closes the window; after a cancel or a failure the user may try again.
     if (!result_.cancelled && result_.failed == 0 && result_.treated == static_cast<int>(pictures_.size()))

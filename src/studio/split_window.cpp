@@ -240,7 +240,7 @@ void SplitWindow::save() {
 
 void SplitWindow::tellResult() {
     std::string text = result_.cancelled ? t("Abgebrochen. ", "Cancelled. ") : "";
-    text += std::to_string(result_.written.size()) + t(" Teilbilder wurden geschrieben.", " tiles were written.");
+    text += t("Geschriebene Teilbilder: ", "Tiles written: ") + std::to_string(result_.written.size());
     prompter_.message(text, kButtonsOk | kIconInformation, "Brindlesee");
     if (!result_.cancelled && result_.failed == 0) accept();
 }

@@ -163,7 +163,7 @@ class ResizeSplitWindowsTest : public QObject {
         child<QSpinBox>(&w, "txtBreitePixel")->setValue(64);
         child<QSpinBox>(&w, "txtHöhePixel")->setValue(48);
         QTest::mouseClick(child<QPushButton>(&w, "cmdAusführen"), Qt::LeftButton);
-        QCOMPARE(prompter.asked, std::vector<std::string>{"message|Brindlesee|64|2 Bilder wurden geschrieben."});
+        QCOMPARE(prompter.asked, std::vector<std::string>{"message|Brindlesee|64|Geschriebene Bilder: 2"});
         QCOMPARE(pictureSize(file(dir, "see_64x48.png")), QSize(64, 48));
         QCOMPARE(pictureSize(file(dir, "berg_64x48.jpg")), QSize(64, 48));
         QCOMPARE(pictureSize(file(dir, "see.png")), QSize(640, 420));
@@ -192,7 +192,8 @@ class ResizeSplitWindowsTest : public QObject {
         QVERIFY(w.lastResult().written.size() < 8);
         QVERIFY(prompter.asked.size() >= 2);
         QCOMPARE(QString::fromStdString(prompter.asked.back()),
-                 QString("message|Brindlesee|64|Cancelled. %1 pictures were written.").arg(w.lastResult().written.size()));
+                 QString("message|Brindlesee|64|Cancelled. Pictures written: %1\rPictures that could not be read: 1")
+                     .arg(w.lastResult().written.size()));
         QVERIFY(w.isVisible());
         QVERIFY(!w.running());
         QVERIFY(child<QPushButton>(&w, "cmdAusführen")->isEnabled());
@@ -250,7 +251,7 @@ class ResizeSplitWindowsTest : public QObject {
         child<QSpinBox>(&w, "txtZeilen")->setValue(2);
         child<QSpinBox>(&w, "txtSpalten")->setValue(3);
         QTest::mouseClick(child<QPushButton>(&w, "cmdSpeichern"), Qt::LeftButton);
-        QCOMPARE(prompter.asked, std::vector<std::string>{"message|Brindlesee|64|12 Teilbilder wurden geschrieben."});
+        QCOMPARE(prompter.asked, std::vector<std::string>{"message|Brindlesee|64|Geschriebene Teilbilder: 12"});
         for (int n = 1; n <= 6; ++n) {
             QCOMPARE(pictureSize(file(dir, ("seeNr" + std::to_string(n) + ".png").c_str())), QSize(213, 210));
             QCOMPARE(pictureSize(file(dir, ("bergNr" + std::to_string(n) + ".jpg").c_str())), QSize(100, 100));
@@ -270,7 +271,7 @@ class ResizeSplitWindowsTest : public QObject {
         QVERIFY(w.lastResult().cancelled);
         QVERIFY(!std::filesystem::exists(file(dir, "seeNr1.png")));
         QCOMPARE(QString::fromStdString(prompter.asked.back()),
-                 QString("message|Brindlesee|64|Abgebrochen. 0 Teilbilder wurden geschrieben."));
+                 QString("message|Brindlesee|64|Abgebrochen. Geschriebene Teilbilder: 0"));
         QVERIFY(w.isVisible());
     }
 
