@@ -1,6 +1,7 @@
 #include "studio/split_pictures.h"
 
-#include "image/jpeg_io.h"
+#include <future>
+
 #include "image/picture_io.h"
 #include "studio/tool_io.h"
 
@@ -20,6 +21,25 @@ std::string tooSmallText(const std::string& path, const SplitOptions& o, Languag
     return lang == Language::German
                ? "Das Bild ist zu klein für " + grid + " Teile: " + path
                : "The picture is too small for " + grid + " tiles: " + path;
+}
+
+// One picture read and cut, or the message that tells why not.
+struct CutPicture {
+    std::vector<cDIBSection> tiles;
+    std::optional<ToolMessage> message;
+};
+
+CutPicture readAndCut(const std::string& path, const SplitOptions& options, Language lang) {
+    CutPicture cut;
+    cDIBSection dib;
+    ToolMessage message;
+    if (!readToolPicture(path, dib, lang, message)) {
+        cut.message = message;
+        return cut;
+    }
+    cut.tiles = cutTiles(dib, options);
+    if (cut.tiles.empty()) cut.message = toolError(lang, tooSmallText(path, options, lang));
+    return cut;
 }
 
 // Saves the tiles of one picture; false after the first tile that failed.
@@ -84,7 +104,14 @@ SplitResult splitPictures(const std::vector<std::string>& pictures, const SplitO
         tellToolError(prompter, lang, error);
         return result;
     }
+    // The next picture is read and cut on a second thread while this one's
+    // tiles are written; messages and files still come in list order.
     const int total = static_cast<int>(pictures.size());
+    const auto prepare = [&](int i) {
+        return std::async(std::launch::async, readAndCut, pictures[static_cast<std::size_t>(i)], options, lang);
+    };
+    std::future<CutPicture> next;
+    if (total > 0) next = prepare(0);
     for (int i = 0; i < total; ++i) {
         if (callbacks.cancelled && callbacks.cancelled()) {
             result.cancelled = true;
@@ -92,13 +119,12 @@ SplitResult splitPictures(const std::vector<std::string>& pictures, const SplitO
         }
         const std::string& picture = pictures[static_cast<std::size_t>(i)];
         if (callbacks.status) callbacks.status(picture);
-        cDIBSection dib;
-        if (!readToolPicture(picture, dib, prompter, lang)) {
+        const CutPicture cut = next.get();
+        if (i + 1 < total) next = prepare(i + 1);
+        if (cut.message) {
+            tellToolMessage(prompter, *cut.message);
             ++result.failed;
-        } else if (std::vector<cDIBSection> tiles = cutTiles(dib, options); tiles.empty()) {
-            tellToolError(prompter, lang, tooSmallText(picture, options, lang));
-            ++result.failed;
-        } else if (saveTiles(picture, tiles, options, prompter, lang, result)) {
+        } else if (saveTiles(picture, cut.tiles, options, prompter, lang, result)) {
             ++result.pictures;
         } else {
             ++result.failed;

@@ -14,9 +14,8 @@
 #include <QVBoxLayout>
 
 #include "editor/qimage_dib.h"
-#include "image/jpeg_io.h"
-#include "image/picture_io.h"
 #include "studio/tile_grid_preview.h"
+#include "studio/tool_io.h"
 #include "studio/tool_run.h"
 
 namespace brindle::studio {
@@ -24,10 +23,9 @@ namespace {
 
 // The picture for the preview, quietly: a picture that cannot be read is
 // told when it is split.
-bool readQuietly(const std::string& path, cDIBSection& dib) {
-    if (readerFor(path) == PictureReader::Jpeg && LoadJPG(dib, path)) return true;
-    const PictureFile file = LoadPictureFile(path);
-    return file.picture && dib.CreateFromPicture(file.picture);
+bool readQuietly(const std::string& path, cDIBSection& dib, Language lang) {
+    ToolMessage ignored;
+    return readToolPicture(path, dib, lang, ignored);
 }
 
 QString fileName(const std::string& path) { return QFileInfo(QString::fromStdString(path)).fileName(); }
@@ -168,7 +166,7 @@ void SplitWindow::showPicture(int index) {
     cDIBSection dib;
     if (index < 0 || index >= static_cast<int>(pictures_.size())) {
         preview_->setPlaceholder(t("Kein Bild gewählt", "No picture chosen"));
-    } else if (!readQuietly(pictures_[static_cast<std::size_t>(index)], dib)) {
+    } else if (!readQuietly(pictures_[static_cast<std::size_t>(index)], dib, language_)) {
         preview_->setPlaceholder(t("Das Bild kann nicht gelesen werden.", "The picture cannot be read."));
     } else {
         shownSize_ = QSize(dib.Width(), dib.Height());

@@ -5,17 +5,17 @@
 
 namespace brindle::studio {
 
-bool readToolPicture(const std::string& path, cDIBSection& dib, Prompter& prompter, Language lang) {
+bool readToolPicture(const std::string& path, cDIBSection& dib, Language lang, ToolMessage& message) {
     if (readerFor(path) == PictureReader::Jpeg && LoadJPG(dib, path)) return true;
     const PictureFile file = LoadPictureFile(path, ImageEnv{lang, {}, true});
     if (file.picture && dib.CreateFromPicture(file.picture)) return true;
     if (file.message && !file.message->text.empty()) {
-        prompter.message(file.message->text, kButtonsOk | kIconCritical,
-                         file.message->title.empty() ? tr(lang, "Fehler", "Error") : file.message->title);
+        message = {file.message->title.empty() ? tr(lang, "Fehler", "Error") : file.message->title,
+                   file.message->text};
     } else {
-        tellToolError(prompter, lang,
-                      std::string(tr(lang, "Das Bild kann nicht gelesen werden: ", "The picture cannot be read: ")) +
-                          path);
+        message = toolError(lang, std::string(tr(lang, "Das Bild kann nicht gelesen werden: ",
+                                                 "The picture cannot be read: ")) +
+                                      path);
     }
     return false;
 }
@@ -24,8 +24,14 @@ std::string toolWriteErrorText(const std::string& path, Language lang) {
     return std::string(tr(lang, "Fehler beim Schreiben der Datei: ", "Error while writing the file: ")) + path;
 }
 
+ToolMessage toolError(Language lang, const std::string& text) { return {tr(lang, "Fehler", "Error"), text}; }
+
+void tellToolMessage(Prompter& prompter, const ToolMessage& message) {
+    prompter.message(message.text, kButtonsOk | kIconCritical, message.title);
+}
+
 void tellToolError(Prompter& prompter, Language lang, const std::string& text) {
-    prompter.message(text, kButtonsOk | kIconCritical, tr(lang, "Fehler", "Error"));
+    tellToolMessage(prompter, toolError(lang, text));
 }
 
 }  // namespace brindle::studio

@@ -171,6 +171,33 @@ TEST_F(SplitPicturesTest, AFailedTileIsToldAndStopsThatPicture) {
     EXPECT_FALSE(fs::exists(path("teilNr3.png")));
 }
 
+TEST_F(SplitPicturesTest, ARunOverManyPicturesWritesTheBytesOfOneAtATime) {
+    std::vector<std::string> together, alone;
+    for (int i = 0; i < 4; ++i) {
+        const std::string name = "p" + std::to_string(i) + ".jpg";
+        fs::create_directories(path("zusammen"));
+        fs::create_directories(path("einzeln"));
+        ASSERT_TRUE(SaveJPG(smoothPicture(90 + i * 7, 60 + i * 5), path("zusammen/" + name), 92));
+        fs::copy_file(path("zusammen/" + name), path("einzeln/" + name));
+        together.push_back(path("zusammen/" + name));
+        alone.push_back(path("einzeln/" + name));
+    }
+    const SplitOptions options{3, 2, TileOrder::ColumnByColumn};
+    const studio::SplitResult all = studio::splitPictures(together, options, prompter, Language::German);
+    ASSERT_EQ(all.written.size(), 24u);
+    for (std::size_t i = 0; i < alone.size(); ++i) {
+        const studio::SplitResult one = studio::splitPictures({alone[i]}, options, prompter, Language::German);
+        ASSERT_EQ(one.written.size(), 6u);
+        for (std::size_t t = 0; t < 6; ++t) {
+            SCOPED_TRACE(one.written[t]);
+            EXPECT_EQ(all.written[i * 6 + t], path("zusammen/p" + std::to_string(i) + "Nr" + std::to_string(t + 1) + ".jpg"));
+            EXPECT_EQ(readBytes("zusammen/" + fs::path(all.written[i * 6 + t]).filename().string()),
+                      readBytes("einzeln/" + fs::path(one.written[t]).filename().string()));
+        }
+    }
+    EXPECT_TRUE(prompter.asked.empty());
+}
+
 TEST_F(SplitPicturesTest, ProgressAndCancelBetweenPictures) {
     const std::string a = writeSource("a.png", 4, 4);
     const std::string b = writeSource("b.png", 4, 4);
