@@ -25,6 +25,8 @@ int rotate(const Args& args);
 int wizardAlbum(const Args& args);
 int redeye(const Args& args);
 int design(const Args& args);
+int resize(const Args& args);
+int split(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

@@ -45,6 +45,10 @@ const std::map<std::string, Command>& commands() {
                             "                       [--min-size WxH] [--quality Q] [--threads N] [--english|--german]\n"
                             "                       run a design list's steps over the pictures; without --out\n"
                             "                       the originals are overwritten (through a safe copy)"}},
+        {"resize", {resize, "resize PICTURE... (--size WxH | --percent P) [--out DIR]\n"
+                            "                       new sizes, beside each picture (name + _WxH or _Ppct) or in DIR"}},
+        {"split", {split, "split PICTURE... --rows R --cols C [--by-column]\n"
+                          "                       cuts each picture into tiles NAMENr1.ext, NAMENr2.ext, ... beside it"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
