@@ -12,6 +12,7 @@
 #include "shell/qt_settings_store.h"
 #include "shell/splash_window.h"
 #include "shell/startup.h"
+#include "shell/tool_windows.h"
 #include "shell/wizard_window.h"
 
 #ifndef BRINDLESEE_VERSION
@@ -35,9 +36,9 @@ const char* const kHelp =
     "  brindlesee PICTURE              the picture explorer in the picture's folder\n"
     "\n"
     "A path with blanks may stand in double quotes. A picture tool named without a\n"
-    "valid picture asks whether to start normally. Until the picture tools are part\n"
-    "of this version, their switches start the album program. The whole command line\n"
-    "is written to bef.txt in the program directory at every start.\n"
+    "valid picture asks whether to start normally. Until the picture explorer is part\n"
+    "of this version, its switch and a bare picture start the album program. The whole\n"
+    "command line is written to bef.txt in the program directory at every start.\n"
     "\n"
     "The program directory is $BRINDLESEE_HOME, else $XDG_DATA_HOME/brindlesee/,\n"
     "else ~/.local/share/brindlesee/. It holds the options (optionen), Temp/ and,\n"
@@ -91,9 +92,14 @@ int main(int argc, char** argv) {
     writeCommandFile(prog, commandLineFromArgs(args));
     StartDecision start = decideStart(args, prompter, language);
     if (start.quit) return 0;
-    if (isTool(start.startMode)) {
-        splash.setStatus(start.startMode == "brindleseeexplorer" ? "Brindlesee Explorer starten ..." : "");
-        std::cerr << "brindlesee: the picture tools are not part of this version; starting the album program\n";
+    if (const auto tool = shell::toolOfStartMode(start.startMode)) {
+        // A tool started alone: its windows only, the program ends with the last one.
+        splash.close();
+        if (!shell::openPictureTool(*tool, start.toolPictures, prompter, language).empty()) return app.exec();
+        args.clear();
+    } else if (isTool(start.startMode)) {
+        splash.setStatus("Brindlesee Explorer starten ...");
+        std::cerr << "brindlesee: the picture explorer is not part of this version; starting the album program\n";
         args.clear();
     }
     splash.setStatus("MDI Form laden ...");

@@ -128,6 +128,10 @@ void MainWindow::buildActions() {
     makeAction("setauftver", "distributeV");
     makeAction("mnuAlbumExplorer")->setCheckable(true);
     makeAction("mnuBrindleseeExplorer")->setEnabled(false);
+    makeAction("mnuFotodesign");
+    makeAction("mnuRoteAugen");
+    makeAction("mnuBildgroesse");
+    makeAction("mnuBilderTeilen");
     makeAction("mnuWizzard");
     makeAction("mnuSpezialseiten");
     makeAction("mnuHTMLAlbum", "html");
@@ -192,7 +196,7 @@ void MainWindow::buildMenus() {
     add(align, {"setleft", "setcenterver", "setright", "-", "settop", "setcenterhor", "setdown", "-", "setaufthor",
                 "setauftver"});
     add(menu("mnuAnsicht"), {"mnuAlbumExplorer", "mnuBrindleseeExplorer"});
-    menu("mnuWerkzeug")->setEnabled(false);
+    add(menu("mnuWerkzeug"), {"mnuFotodesign", "mnuRoteAugen", "mnuBildgroesse", "mnuBilderTeilen"});
     QMenu* extras = menu("mnuExtras");
     add(extras, {"mnuWizzard", "mnuSpezialseiten", "-", "mnuHTMLAlbum", "mnuHTMLMail", "-", "mnuVorlagen",
                  "mnuOptionen", "-"});

@@ -26,6 +26,7 @@
 #include "properties/property_dialogs.h"
 #include "shell/album_explorer.h"
 #include "shell/main_window.h"
+#include "shell/tool_windows.h"
 #include "shell/startup.h"
 #include "shell/tool_icons.h"
 
@@ -97,6 +98,14 @@ void MainWindow::wireActions() {
     on("mnuVorlagen", [this] { showCatalogue(); });
     on("mnuSpezialseiten", [this] { showGenerator(); });
     on("mnuWizzard", [this] { showWizard(); });
+    const std::pair<const char*, PictureTool> tools[] = {{"mnuFotodesign", PictureTool::Design},
+                                                         {"mnuRoteAugen", PictureTool::RedEye},
+                                                         {"mnuBildgroesse", PictureTool::Resize},
+                                                         {"mnuBilderTeilen", PictureTool::Split}};
+    for (const auto& [name, tool] : tools)
+        on(name, [this, tool] {
+            choosePicturesForTool(tool, prompter_, session_->language(), session_->state().pictureDirectory, this);
+        });
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
     on("mnuInfo", [this] { showAbout(); });

@@ -7,6 +7,7 @@
 
 #include "shell/album_explorer.h"
 #include "shell/main_window.h"
+#include "shell/tool_windows.h"
 #include "shell/qt_translations.h"
 
 namespace brindle::shell {
@@ -74,6 +75,10 @@ const Caption kActions[] = {
     {"setauftver", "Senkrecht v&erteilen", "Distribute verti&cally"},
     {"mnuAlbumExplorer", "&Album Explorer", "&Album Explorer"},
     {"mnuBrindleseeExplorer", "&Brindlesee Explorer", "&Brindlesee Explorer"},
+    {"mnuFotodesign", "&Fotodesign ...", "Photo &design ..."},
+    {"mnuRoteAugen", "&Rote Augen entfernen ...", "&Red eye ..."},
+    {"mnuBildgroesse", "Bild&größe ändern ...", "&Resize pictures ..."},
+    {"mnuBilderTeilen", "Bilder &teilen ...", "&Split pictures ..."},
     {"mnuWizzard", "&Wizzard ...", "&Wizard ..."},
     {"mnuSpezialseiten", "Spezial&seiten generieren", "Generate special &pages"},
     {"mnuHTMLAlbum", "&HTMLAlbum generieren", "Generate &HTML album"},
@@ -139,6 +144,7 @@ void MainWindow::setLanguage(Language language) {
     session_->state().language = language;
     session_->state().options.language = languageName(language);
     Sprachumschaltung();
+    setToolLanguage(language);
 }
 
 }  // namespace brindle::shell

@@ -1,0 +1,114 @@
+// The picture tools from the main window's Werkzeug menu and from the
+// start switches: the windows open on the chosen pictures and follow the
+// program's language.
+#include <QApplication>
+#include <QMenu>
+#include <QTest>
+
+#include "shell/tool_windows.h"
+#include "studio/design_window.h"
+#include "studio/red_eye_window.h"
+#include "studio/resize_window.h"
+#include "studio/split_window.h"
+#include "window_fixture.h"
+
+using namespace brindle;
+
+namespace {
+
+template <class Window>
+std::vector<Window*> openWindows() {
+    std::vector<Window*> found;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* tool = qobject_cast<Window*>(w); tool && tool->isVisible()) found.push_back(tool);
+    return found;
+}
+
+void closeAll(const std::vector<QWidget*>& windows) {
+    for (QWidget* w : windows) w->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+}  // namespace
+
+class ToolWindowsTest : public QObject {
+    Q_OBJECT
+    test::WindowFixture f;
+
+  private slots:
+    void init() { f.setUp(); }
+    void cleanup() {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w != f.window && w->isWindow() && w->testAttribute(Qt::WA_DeleteOnClose)) w->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        f.tearDown();
+    }
+
+    void werkzeugMenuOpensEachToolOnTheChosenPictures() {
+        shell::MainWindow& main = f.start({f.albumPath()});
+        QMenu* tools = main.findChild<QMenu*>("mnuWerkzeug");
+        QVERIFY(tools && tools->isEnabled());
+        const std::string folder = f.home + "Album/";
+        test::drawPhoto(QString::fromStdString(folder + "zwei.png"));
+
+        // Red eye: one window per picture.
+        f.prompter->files = {folder + ";see.png;zwei.png"};
+        f.trigger("mnuRoteAugen");
+        QCOMPARE(int(openWindows<studio::RedEyeWindow>().size()), 2);
+        QVERIFY(f.prompter->asked.back().rfind("open|", 0) == 0);
+
+        f.prompter->files = {folder + ";see.png;zwei.png"};
+        f.trigger("mnuFotodesign");
+        QCOMPARE(int(openWindows<studio::DesignWindow>().size()), 1);
+        f.prompter->files = {folder + "see.png"};
+        f.trigger("mnuBildgroesse");
+        QCOMPARE(int(openWindows<studio::ResizeWindow>().size()), 1);
+        f.prompter->files = {folder + "see.png"};
+        f.trigger("mnuBilderTeilen");
+        QCOMPARE(int(openWindows<studio::SplitWindow>().size()), 1);
+
+        // Breaking off the file dialog opens nothing.
+        f.trigger("mnuBilderTeilen");
+        QCOMPARE(int(openWindows<studio::SplitWindow>().size()), 1);
+
+        // The program's language reaches the open tools.
+        main.setLanguage(Language::English);
+        QCOMPARE(openWindows<studio::RedEyeWindow>().front()->windowTitle(), QString("Brindlesee Red Eye"));
+        QCOMPARE(openWindows<studio::DesignWindow>().front()->windowTitle(), QString("Assistant Photo Design"));
+        QCOMPARE(openWindows<studio::SplitWindow>().front()->windowTitle(), QString("Split Images"));
+    }
+
+    void startSwitchesOpenTheirToolAlone() {
+        const std::string picture = f.home + "Album/see.png";
+        QCOMPARE(shell::toolOfStartMode("RedEye"), std::optional(shell::PictureTool::RedEye));
+        QCOMPARE(shell::toolOfStartMode("Rezise"), std::optional(shell::PictureTool::Resize));
+        QCOMPARE(shell::toolOfStartMode("Bildbearbeitung"), std::optional(shell::PictureTool::Design));
+        QVERIFY(!shell::toolOfStartMode("brindleseeexplorer"));
+        QVERIFY(!shell::toolOfStartMode(""));
+
+        StartDecision start = decideStart({"/r", picture}, *f.prompter, Language::German);
+        std::vector<QWidget*> opened = shell::openPictureTool(*shell::toolOfStartMode(start.startMode),
+                                                              start.toolPictures, *f.prompter, Language::German);
+        QCOMPARE(int(opened.size()), 1);
+        QVERIFY(qobject_cast<studio::RedEyeWindow*>(opened.front()));
+        closeAll(opened);
+
+        start = decideStart({"/b", picture}, *f.prompter, Language::German);
+        opened = shell::openPictureTool(*shell::toolOfStartMode(start.startMode), start.toolPictures, *f.prompter,
+                                        Language::German);
+        QCOMPARE(int(opened.size()), 1);
+        QVERIFY(qobject_cast<studio::DesignWindow*>(opened.front()));
+        closeAll(opened);
+
+        start = decideStart({"/g", picture}, *f.prompter, Language::German);
+        opened = shell::openPictureTool(*shell::toolOfStartMode(start.startMode), start.toolPictures, *f.prompter,
+                                        Language::German);
+        QCOMPARE(int(opened.size()), 1);
+        QVERIFY(qobject_cast<studio::ResizeWindow*>(opened.front()));
+        closeAll(opened);
+        QVERIFY(shell::openPictureTool(shell::PictureTool::Resize, {}, *f.prompter, Language::German).empty());
+    }
+};
+
+QTEST_MAIN(ToolWindowsTest)
+#include "tool_windows_test.moc"
