@@ -77,7 +77,7 @@ const Caption kActions[] = {
     {"mnuBrindleseeExplorer", "&Brindlesee Explorer", "&Brindlesee Explorer"},
     {"mnuFotodesign", "&Fotodesign ...", "Photo &design ..."},
     {"mnuRoteAugen", "&Rote Augen entfernen ...", "&Red eye ..."},
-    {"mnuBildgroesse", "Bild&größe ändern ...", "&Resize pictures ..."},
+    {"mnuBildgroesse", "Bild&größe ändern ...", "Resi&ze pictures ..."},
     {"mnuBilderTeilen", "Bilder &teilen ...", "&Split pictures ..."},
     {"mnuWizzard", "&Wizzard ...", "&Wizard ..."},
     {"mnuSpezialseiten", "Spezial&seiten generieren", "Generate special &pages"},

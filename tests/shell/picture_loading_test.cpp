@@ -70,7 +70,8 @@ public:
                 started_.release();
                 gate_.acquire();
             });
-        started_.acquire(n);
+        // Events keep flowing meanwhile: a pool task may be waiting for the GUI thread.
+        while (!started_.tryAcquire(n, 10)) QCoreApplication::processEvents();
         held_ = n;
     }
     void open() {
