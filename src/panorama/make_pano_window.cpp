@@ -52,7 +52,7 @@ MakePanoWindow::MakePanoWindow(std::vector<std::string> pictures, std::string pr
     picture3Area_->setWidget(picture3_);
     picture3Area_->setWidgetResizable(false);
     picture3Area_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    picture3Area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    picture3Area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     picture3Area_->setMinimumHeight(260);
     picture3Area_->setBackgroundRole(QPalette::Dark);
     root->addWidget(picture3Area_, 1);
