@@ -1,4 +1,5 @@
 #include "panorama/pano_import.h"
+#include "panorama/pair_match.h"
 
 #include <gtest/gtest.h>
 
@@ -154,6 +155,44 @@ TEST_F(PanoImport, CancelAndABlockedFolderStopTheRun) {
     EXPECT_FALSE(result.ok);
     EXPECT_EQ(result.message, "Der Ordner kann nicht angelegt werden: " + home() + "PanoTemp");
     EXPECT_EQ(statuses, std::vector<std::string>{"Starte Import:"});
+}
+
+TEST_F(PanoImport, PairsOfTheImportedRowAreMatchedOnTheReducedPictures) {
+    const cDIBSection wide = brindle::test::landscape(560, 200, 11);
+    const int xs[] = {0, 131, 272};  // inside the default band 120 .. 215
+    const int ys[] = {30, 23, 35};  // steps of -7 and +12 rows
+    std::vector<std::string> paths;
+    for (int i = 0; i < 3; ++i) {
+        paths.push_back(path("t" + std::to_string(i) + ".png"));
+        ASSERT_TRUE(brindle::SaveDIBFile(brindle::test::cut(wide, xs[i], ys[i], 240, 150), paths.back(), 0));
+    }
+    ImportResult imported = run(paths, 150);
+    ASSERT_TRUE(imported.ok) << imported.message;
+    std::vector<PanoBild>& records = imported.records;
+    std::vector<std::string> times;
+    brindle::panorama::PairMatchOptions options;
+    options.status = [&](const std::string& s) { times.push_back(s); };
+    for (std::size_t i = 0; i < 2; ++i) {
+        SCOPED_TRACE(i);
+        const auto found = brindle::panorama::matchPair(home(), records, i, i + 1, options);
+        ASSERT_TRUE(found.found) << found.problem;
+        EXPECT_EQ(records[i].xVersatz, xs[i + 1] - xs[i]);
+        EXPECT_EQ(records[i].yVersatz, ys[i + 1] - ys[i]);
+        EXPECT_EQ(records[i].gematcht, 65535);
+    }
+    ASSERT_EQ(times.size(), 2u);
+    EXPECT_EQ(times[0].rfind("Zeit: ", 0), 0u);
+
+    // A stored match is not searched again: it needs no pictures.
+    std::filesystem::remove_all(home() + "PanoTemp");
+    const auto kept = brindle::panorama::matchPair(home(), records, 1, 2, options);
+    EXPECT_TRUE(kept.found);
+    EXPECT_EQ(kept.yVersatz, 12);
+    const auto missing = brindle::panorama::matchPair(home(), records, 2, 0, options);
+    EXPECT_FALSE(missing.found);
+    EXPECT_EQ(missing.problem.rfind(home() + "PanoTemp/BSPanot2.jpg: ", 0), 0u) << missing.problem;
+    EXPECT_EQ(records[2].gematcht, 0);
+    EXPECT_EQ(times.size(), 2u);
 }
 
 TEST(BalanceYOffsets, TakesTheRoundedMeanOutOfThePredecessorsOffset) {
