@@ -23,6 +23,8 @@ int convert(const Args& args);
 int imageinfo(const Args& args);
 int rotate(const Args& args);
 int wizardAlbum(const Args& args);
+// Stitches overlapping pictures into one panorama JPEG.
+int pano(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

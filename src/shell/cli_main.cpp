@@ -37,6 +37,9 @@ const std::map<std::string, Command>& commands() {
         {"wizard", {wizardAlbum, "wizard OUTDIR --page \"NAME:PIC,PIC,...\" ... [--design NAME]\n"
                                   "                       [--frame WIDTH,LIGHT,SHADOW,COLOUR] [--english|--german]\n"
                                   "                       a whole album: one page per --page, its pictures in rows"}},
+        {"pano", {pano, "pano PICTURE... -o OUT.jpg [--360] [--smooth N] [--crop] [--no-gain] [--padding]\n"
+                        "                       [--balance] stitches overlapping pictures of one size into\n"
+                        "                       one panorama"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
