@@ -17,6 +17,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "panorama/pano_import.h"
+
 namespace brindle::panorama {
 
 namespace {
@@ -251,19 +253,16 @@ std::vector<std::string> MakePanoWindow::pictures() const {
     return out;
 }
 
-PanoSettings MakePanoWindow::settings() const {
-    PanoSettings s;
-    s.testLines = std::max(1, txtTestzeilen_->text().toInt());
-    s.smooth = std::max(1, txtSmoth_->text().toInt());
-    s.balanceY = chkYversatzNivelieren_->isChecked();
-    s.ring360 = opt360_->isChecked();
-    s.padding = chkAuffuellen_->isChecked();
-    s.crop = chkZuschneiden_->isChecked();
-    s.matchGain = chkHelligkeit_->isChecked();
-    // The reduced pictures are a little taller than the view shows them.
-    s.targetHeight = std::max(120, picture3Area_->viewport()->height() * 12 / 10);
-    s.language = lang_;
-    return s;
+PanoRunOptions MakePanoWindow::options() const {
+    PanoRunOptions o;
+    o.compose.smoothWidth = std::max(1, txtSmoth_->text().toInt());
+    o.compose.balanceY = chkYversatzNivelieren_->isChecked();
+    o.compose.ring360 = opt360_->isChecked();
+    o.compose.padding = chkAuffuellen_->isChecked();
+    o.compose.crop = chkZuschneiden_->isChecked();
+    o.compose.matchGain = chkHelligkeit_->isChecked();
+    o.workHeight = importTargetHeight(picture3Area_->viewport()->height());
+    return o;
 }
 
 void MakePanoWindow::cmdHinzufuegen_Click() {

@@ -17,7 +17,7 @@
 #include "album/language.h"
 #include "album/prompter.h"
 #include "image/dib_section.h"
-#include "panorama/pano_steps.h"
+#include "panorama/pano_run.h"
 
 class QCheckBox;
 class QLabel;
@@ -41,7 +41,7 @@ public:
     void setLanguage(Language lang);
 
     std::vector<std::string> pictures() const;  // ListBilder in order
-    PanoSettings settings() const;               // as the controls stand
+    PanoRunOptions options() const;              // as the controls stand
     bool isRunning() const { return worker_.joinable(); }
     const std::vector<PanoBild>& records() const { return records_; }
     const cDIBSection& result() const { return result_; }
@@ -65,7 +65,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    using Work = std::function<bool(const PanoStepCallbacks&, std::string& message)>;
+    using Work = std::function<bool(const PanoCallbacks&, std::string& message)>;
 
     // make_pano_window.cpp: controls and texts
     QWidget* buildPictureList();

@@ -15,6 +15,8 @@
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
 #include "panorama/make_pano_window.h"
+#include "panorama/pano_import.h"
+#include "panorama/pano_temp.h"
 #include "panorama/seam_window.h"
 
 namespace brindle::panorama {
@@ -23,6 +25,21 @@ namespace {
 
 // Pixels the animation scrolls per tick.
 constexpr int kAnimationStep = 2;
+
+// Seams of a row of `count` pictures: one fewer than pictures, as many in a ring.
+int seamCount(int count, bool ring360) { return count < 2 ? 0 : (ring360 ? count : count - 1); }
+
+// A ".bmp" name gets a bitmap, any other a JPEG.
+bool writePicture(const cDIBSection& picture, const std::string& path, Language lang, std::string& message) {
+    const bool bitmap = QFileInfo(QString::fromStdString(path)).suffix().compare("bmp", Qt::CaseInsensitive) == 0;
+    const ImageStatus st = bitmap ? SaveDIBFile(picture, path, kPanoJpegQuality, ImageEnv{lang, {}, true})
+                                  : savePanorama(picture, path, kPanoJpegQuality, lang);
+    if (!st.ok)
+        message = st.message ? st.message->text
+                             : std::string(brindle::tr(lang, "Das Bild kann nicht gespeichert werden: ",
+                                              "The picture cannot be saved: ")) + path;
+    return st.ok;
+}
 
 }  // namespace
 
@@ -85,8 +102,8 @@ void MakePanoWindow::cmdNaht_Click(int number) {
     const std::size_t j = static_cast<std::size_t>(number % count);
     cDIBSection left, right;
     std::string error;
-    if (!LoadJPG(left, reducedPicture(programDirectory_, records_[i]), &error) ||
-        !LoadJPG(right, reducedPicture(programDirectory_, records_[j]), &error)) {
+    if (!LoadJPG(left, panoTempName(programDirectory_, records_[i].datei, kReducedPrefix), &error) ||
+        !LoadJPG(right, panoTempName(programDirectory_, records_[j].datei, kReducedPrefix), &error)) {
         prompter_.message(error, kButtonsOk | kIconExclamation, "Brindlesee");
         return;
     }
@@ -127,13 +144,11 @@ void MakePanoWindow::cmdSpeichern_Click() {
     std::string path = prompter_.saveFile(d);
     if (path.empty()) return;
     if (QFileInfo(QString::fromStdString(path)).suffix().isEmpty()) path += ".jpg";
-    const PanoSettings s = settings();
     auto picture = std::make_shared<cDIBSection>(result_);
-    auto records = std::make_shared<std::vector<PanoBild>>(records_);
     showStatus(std::string(t("Speichern: ", "Saving: ")) + path);
     run(
-        [picture, records, s, path](const PanoStepCallbacks&, std::string& message) {
-            return savePanorama(*picture, *records, s, path, message);
+        [picture, path, lang = lang_](const PanoCallbacks&, std::string& message) {
+            return writePicture(*picture, path, lang, message);
         },
         [this, path](bool ok, const std::string& message) {
             if (!ok) return showFailure(message);

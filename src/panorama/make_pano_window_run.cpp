@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "panorama/make_pano_window.h"
+#include "panorama/pano_project.h"
 
 namespace brindle::panorama {
 
@@ -23,14 +24,14 @@ void MakePanoWindow::run(Work work, std::function<void(bool ok, const std::strin
     if (isRunning()) return;
     stop_ = false;
     progressBar1_->setValue(0);
-    PanoStepCallbacks callbacks;
+    PanoCallbacks callbacks;
     callbacks.status = [this](const std::string& text) {
         QMetaObject::invokeMethod(this, [this, text] { showStatus(text); }, Qt::QueuedConnection);
     };
     callbacks.progress = [this](int value) {
         QMetaObject::invokeMethod(this, [this, value] { progressBar1_->setValue(value); }, Qt::QueuedConnection);
     };
-    callbacks.stop = &stop_;
+    callbacks.cancelled = [this] { return stop_.load(); };
     // The window joins the thread before it goes, so `this` outlives it;
     // calls queued for a window already gone are dropped by Qt.
     worker_ = std::thread([this, work = std::move(work), done = std::move(done), callbacks] {
@@ -69,18 +70,21 @@ void MakePanoWindow::cmdPhase1_Click() {
     const std::vector<std::string> paths = pictures();
     if (isRunning() || paths.empty()) return;
     tmrAnimateCut_->stop();
-    const PanoSettings s = settings();
+    const PanoRunOptions o = options();
     auto built = std::make_shared<Built>();
     run(
-        [paths, s, built, dir = programDirectory_](const PanoStepCallbacks& callbacks, std::string& message) {
-            if (!constructPanorama(paths, s, dir, callbacks, built->records, message)) return false;
-            return composePanorama(built->records, s, dir, callbacks, built->result, message);
+        [paths, o, built, dir = programDirectory_, lang = lang_](const PanoCallbacks& callbacks, std::string& message) {
+            PanoRunResult r = constructPanorama(paths, o, dir, callbacks, lang);
+            message = r.message;
+            built->records = std::move(r.records);
+            built->result = std::move(r.picture);
+            return r.ok;
         },
-        [this, built, s](bool ok, const std::string& message) {
+        [this, built, o](bool ok, const std::string& message) {
             if (!ok) return showFailure(message);
             records_ = std::move(built->records);
             result_ = std::move(built->result);
-            builtRing360_ = s.ring360;
+            builtRing360_ = o.compose.ring360;
             savedPath_.clear();
             ++compositions_;
             progressBar1_->setValue(1000);
@@ -94,18 +98,27 @@ void MakePanoWindow::cmdNeuZeichnen_Click() { startComposition(); }
 
 void MakePanoWindow::startComposition() {
     if (isRunning() || records_.empty()) return;
-    const PanoSettings s = settings();
+    const PanoRunOptions o = options();
     // A ring needs the match of the last picture with the first: search again.
-    if (s.ring360 != builtRing360_) return cmdPhase1_Click();
+    if (o.compose.ring360 != builtRing360_) return cmdPhase1_Click();
     auto built = std::make_shared<Built>();
     built->records = records_;
     run(
-        [s, built, dir = programDirectory_](const PanoStepCallbacks& callbacks, std::string& message) {
-            return composePanorama(built->records, s, dir, callbacks, built->result, message);
+        [o, built, dir = programDirectory_, lang = lang_](const PanoCallbacks& callbacks, std::string& message) {
+            if (callbacks.status) callbacks.status(brindle::tr(lang, "Zeichne Panorama", "Drawing the panorama"));
+            // The corrected records are kept so the set can be reloaded.
+            writePanoProject(dir, built->records);
+            const ComposeResult r = composeFromRecords(built->records, o, dir, built->result, lang,
+                                                       [&callbacks](int done, int total) {
+                                                           if (callbacks.progress) callbacks.progress(1000 * done / std::max(1, total));
+                                                           return !callbacks.cancelled();
+                                                       });
+            message = r.message;
+            if (r.ok && callbacks.status) callbacks.status("Fertig");
+            return r.ok;
         },
         [this, built](bool ok, const std::string& message) {
             if (!ok) return showFailure(message);
-            records_ = std::move(built->records);
             result_ = std::move(built->result);
             savedPath_.clear();
             ++compositions_;

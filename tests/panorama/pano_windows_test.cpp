@@ -136,7 +136,7 @@ private:
         w->resize(1100, 720);
         w->show();
         if (!QTest::qWaitForWindowExposed(w.get())) qFatal("window not shown");
-        const std::vector<std::string> tiles = writeTiles(home_, w->settings().targetHeight);
+        const std::vector<std::string> tiles = writeTiles(home_, w->options().workHeight);
         if (tiles.size() != 5) qFatal("tiles not written");
         prompter_->files.push_back(home_ + ";strand1.jpg;strand2.jpg;strand3.jpg;strand4.jpg;strand5.jpg");
         click(*w, "cmdHinzufügen");
@@ -169,7 +169,7 @@ private slots:
         QVERIFY(!child<QPushButton>(*w, "cmdPhase3")->isEnabled());
         construct(*w);
         QCOMPARE(child<QProgressBar>(*w, "ProgressBar1")->value(), 1000);
-        const int h = w->settings().targetHeight;
+        const int h = w->options().workHeight;
         QCOMPARE(w->records().size(), std::size_t(5));
         for (int i = 0; i < 4; ++i) {
             QCOMPARE(w->records()[i].xVersatz, kStep);
