@@ -208,6 +208,8 @@ void SeamWindow::retranslate() {
 void SeamWindow::SetPicture(const cDIBSection& left, const cDIBSection& right, PanoBild& record, int number) {
     left_ = &left;
     right_ = &right;
+    leftImage_ = editor::imageOfDib(left);
+    rightImage_ = editor::imageOfDib(right);
     record_ = &record;
     number_ = number;
     oldX_ = record.xVersatz;
@@ -243,9 +245,27 @@ void SeamWindow::redraw() { showPair(x(), y()); }
 void SeamWindow::showPair(int x, int y) {
     if (!left_ || !right_) return;
     overlay_ = editor::imageOfDib(seamOverlay(*left_, *right_, x, y));
-    picture1_->setImage(overlay_);
+    picture1_->setImage(pairView(x, y));
     const bool changed = x != oldX_ || y != oldY_;
     picPhase0_->setStyleSheet(changed ? "background:#E0A020; border-radius:8px;" : "background:#3CB043; border-radius:8px;");
+}
+
+// The whole pair for orientation, dimmed, with the overlay on the band.
+QImage SeamWindow::pairView(int x, int y) const {
+    const int topLeft = std::max(0, -y), topRight = std::max(0, y);
+    const int w = std::max(leftImage_.width(), x + rightImage_.width());
+    const int h = std::max(topLeft + leftImage_.height(), topRight + rightImage_.height());
+    QImage view(w, h, QImage::Format_RGB32);
+    view.fill(QColor(0x30, 0x30, 0x30));
+    QPainter p(&view);
+    p.setOpacity(0.45);
+    p.drawImage(0, topLeft, leftImage_);
+    p.drawImage(x, topRight, rightImage_);
+    p.setOpacity(1.0);
+    p.drawImage(x, topLeft, overlay_);
+    p.setPen(QPen(QColor(0xFF, 0xD0, 0x40), 1, Qt::DashLine));
+    p.drawRect(QRect(x, topLeft, overlay_.width() - 1, overlay_.height() - 1));
+    return view;
 }
 
 void SeamWindow::cmdXMinus_Click() {

@@ -32,7 +32,7 @@ public:
 
     int x() const;  // txtX
     int y() const;  // txtY
-    // What Picture1 shows now.
+    // The overlap band as Picture1 shows it now.
     const QImage& overlay() const { return overlay_; }
 
 private:
@@ -41,6 +41,7 @@ private:
     void valuesEdited();
     void redraw();
     void showPair(int x, int y);
+    QImage pairView(int x, int y) const;
     void cmdXMinus_Click();
     void cmdXPlus_Click();
     void cmdYMinus_Click();
@@ -59,6 +60,7 @@ private:
     int oldX_ = 0, oldY_ = 0;
     int pressX_ = 0, pressY_ = 0;  // values when the drag began
     QImage overlay_;
+    QImage leftImage_, rightImage_;
 
     SeamView* picture1_ = nullptr;
     QLabel* lblKoordinaten_ = nullptr;

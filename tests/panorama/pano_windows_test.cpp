@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
@@ -13,6 +14,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -182,6 +184,17 @@ private slots:
         const QSize shown = child<QLabel>(*w, "Picture3")->size();
         QCOMPARE(shown.height(), view.height());
         QVERIFY(std::abs(shown.width() - w->result().Width() * view.height() / w->result().Height()) <= 1);
+        // Animation scrolls the result across; the second click stops it.
+        QScrollBar* across = child<QScrollArea>(*w, "Picture3Area")->horizontalScrollBar();
+        QVERIFY(across->maximum() > 0);
+        QCOMPARE(across->value(), 0);
+        click(*w, "cmdAnimate");
+        QTRY_VERIFY(across->value() > 0);
+        click(*w, "cmdAnimate");
+        QVERIFY(!child<QPushButton>(*w, "cmdAnimate")->isChecked());
+        const int stoppedAt = across->value();
+        QTest::qWait(100);
+        QCOMPARE(across->value(), stoppedAt);
 
         // Phase 3 asks for the file and writes it.
         QSignalSpy placed(w.get(), &MakePanoWindow::placeOnPage);
@@ -202,6 +215,23 @@ private slots:
         click(*w, "cmdAufSeite");
         QCOMPARE(placed.count(), 1);
         QCOMPARE(placed[0][0].toString(), QString::fromStdString(home_ + "out/Panorama.jpg"));
+
+        // A bitmap name gets a bitmap; a folder in the way of the file is told.
+        prompter_->files.push_back(home_ + "out/Panorama.bmp");
+        click(*w, "cmdSpeichern");
+        QTRY_VERIFY_WITH_TIMEOUT(!w->isRunning(), 60000);
+        QFile bmp(QString::fromStdString(home_ + "out/Panorama.bmp"));
+        QVERIFY(bmp.open(QIODevice::ReadOnly));
+        QCOMPARE(bmp.read(2), QByteArray("BM"));
+        QDir().mkpath(QString::fromStdString(home_ + "out/Ordner.jpg"));
+        prompter_->files.push_back(home_ + "out/Ordner.jpg");
+        const std::size_t questions = prompter_->asked.size();
+        click(*w, "cmdSpeichern");
+        QTRY_VERIFY_WITH_TIMEOUT(!w->isRunning(), 60000);
+        QCOMPARE(prompter_->asked.size(), questions + 2);
+        QCOMPARE(prompter_->asked.back(),
+                 "message|Brindlesee|48|Das Bild kann nicht gespeichert werden: " + home_ + "out/Ordner.jpg");
+        QCOMPARE(w->savedPath(), home_ + "out/Panorama.bmp");
     }
 
     void picturesOfDifferentSizesStop() {
