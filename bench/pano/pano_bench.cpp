@@ -138,6 +138,8 @@ int ours(const std::string& home, int height, const std::string& out, const std:
 
 int seams(const std::vector<std::string>& files) {
     FreeImage_Initialise();
+    // libtiff's notes on the EXIF tags Hugin copies are not our business.
+    FreeImage_SetOutputMessage([](FREE_IMAGE_FORMAT, const char*) {});
     std::vector<FIBITMAP*> layers;
     for (const std::string& f : files) {
         FIBITMAP* raw = FreeImage_Load(FIF_TIFF, f.c_str());
@@ -152,8 +154,11 @@ int seams(const std::vector<std::string>& files) {
     for (std::size_t i = 0; i + 1 < layers.size(); ++i) {
         FIBITMAP* a = layers[i];
         FIBITMAP* b = layers[i + 1];
-        const unsigned w = std::min(FreeImage_GetWidth(a), FreeImage_GetWidth(b));
-        const unsigned h = std::min(FreeImage_GetHeight(a), FreeImage_GetHeight(b));
+        const unsigned w = FreeImage_GetWidth(a), h = FreeImage_GetHeight(a);
+        if (FreeImage_GetWidth(b) != w || FreeImage_GetHeight(b) != h) {
+            std::fprintf(stderr, "the remapped pictures must all be the canvas size (uncropped)\n");
+            return 1;
+        }
         double total = 0;
         long long count = 0;
         for (unsigned y = 0; y < h; ++y) {
