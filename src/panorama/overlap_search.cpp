@@ -74,9 +74,10 @@ Best fastPass(const cDIBSection& other, const RefColumn& ref, int x0, int x1, in
     const int columns = x1 - x0 + 1;
     std::vector<std::uint64_t> sums(static_cast<std::size_t>(kShiftCount) * columns);
     const int workers = workerCount(threads, columns);
-    // Shares start on whole blocks so each worker runs the wide kernel.
-    const int blocks = (columns + kKernelPixels - 1) / kKernelPixels;
-    auto share = [&](int i) { return x0 + std::min(columns, blocks * i / workers * kKernelPixels); };
+    // Shares start on whole blocks of the widest kernel.
+    constexpr int kBlock = 16;
+    const int blocks = (columns + kBlock - 1) / kBlock;
+    auto share = [&](int i) { return x0 + std::min(columns, blocks * i / workers * kBlock); };
     std::vector<std::thread> pool;
     for (int i = 1; i < workers; ++i)
         pool.emplace_back([&, i] { columnSums(other, ref, x0, share(i), share(i + 1) - 1, sums); });

@@ -1,4 +1,5 @@
 #include "panorama/overlap_search.h"
+#include "panorama/overlap_kernel.h"
 
 #include <gtest/gtest.h>
 
@@ -130,6 +131,37 @@ TEST(OverlapSearch, FastSearchEqualsThePlainOneOnRandomPictures) {
         const OverlapResult scalar = findOverlapScalar(a, b, {first, last});
         ASSERT_TRUE(scalar.found);
         for (int threads : {1, 2, 3}) EXPECT_TRUE(sameResult(findOverlap(a, b, {first, last}, nullptr, threads), scalar));
+    }
+}
+
+TEST(OverlapSearch, EveryKernelGivesThePlainSums) {
+    using brindle::panorama::SumKernel;
+    std::mt19937 rng(77);
+    ASSERT_EQ(brindle::panorama::availableKernels().front(), SumKernel::Portable);
+    // Widths that leave remainders after blocks of 8 and 16; extreme values
+    // make the largest squares.
+    for (int w : {7, 8, 16, 37, 64, 93}) {
+        for (int levels : {2, 256}) {
+            SCOPED_TRACE(::testing::Message() << "width " << w << " levels " << levels);
+            const cDIBSection other = brindle::test::uniformNoise(w, 77, rng, levels);
+            brindle::panorama::RefColumn ref;
+            for (auto& channel : ref) {
+                channel.resize(77);
+                for (int& v : channel) v = levels == 2 ? 255 * (rng() % 2) : static_cast<int>(rng() % 256);
+            }
+            std::vector<std::uint64_t> plain(41u * w);
+            brindle::panorama::columnSums(other, ref, 0, 0, w - 1, plain, SumKernel::Portable);
+            for (SumKernel kernel : brindle::panorama::availableKernels()) {
+                SCOPED_TRACE(static_cast<int>(kernel));
+                std::vector<std::uint64_t> sums(41u * (w + 3), 7);
+                // A table that starts 3 columns left of the range filled.
+                brindle::panorama::columnSums(other, ref, -3, 0, w - 1, sums, kernel);
+                for (int k = 0; k < 41; ++k)
+                    for (int x = 0; x < w; ++x)
+                        ASSERT_EQ(sums[k * (w + 3) + x + 3], plain[k * w + x]) << "k " << k << " x " << x;
+                EXPECT_EQ(sums[0], 7u);
+            }
+        }
     }
 }
 
