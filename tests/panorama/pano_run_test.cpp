@@ -8,7 +8,7 @@
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
 #include "panorama/pano_project.h"
-#include "panorama/pano_run_import.h"
+#include "panorama/pano_import.h"
 #include "panorama/refine.h"
 #include "support/temp_home.h"
 #include "synthetic_pictures.h"
@@ -67,7 +67,7 @@ TEST_F(PanoRun, LayoutFromRecordsScalesAndBalances) {
     l = layoutFromRecords(records, true);
     EXPECT_EQ(l.yStep, (std::vector<int>{4, -4, 1}));
     std::vector<PanoBild> balanced = records;
-    balanceRecords(balanced);
+    balanceYOffsets(balanced);
     EXPECT_EQ(balanced[1].yKorrektur, 4);  // the step into picture 1
     EXPECT_EQ(balanced[2].yKorrektur, -4);
     EXPECT_EQ(balanced[0].yKorrektur, 1);
