@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "album/file_io.h"
+#include "image/image_info.h"
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
 #include "image/rounding.h"
@@ -51,6 +52,15 @@ PanoLayout toLayout(const std::vector<SeamStep>& steps, bool balanceY) {
         layout.yStep.push_back(s.y - mean);
     }
     return layout;
+}
+
+// The search works on pictures of `wanted` rows, but never on enlarged
+// ones: enlarging adds nothing to find and narrows the +-20 rows it can
+// shift in terms of the photo.
+int workHeightFor(const std::string& firstPicture, int wanted) {
+    CImageInfo info;
+    if (info.ReadImageInfo(firstPicture) && info.Height > 0) return std::min(wanted, info.Height);
+    return wanted;
 }
 
 std::string directoryOf(std::string path) {
@@ -140,7 +150,7 @@ PanoRunResult constructPanorama(const std::vector<std::string>& paths, const Pan
     importing.progress = [&](int permille) {
         if (callbacks.progress) callbacks.progress(permille * 3 / 10);
     };
-    ImportResult row = importPictures(paths, options.workHeight, directoryOf(programDirectory),
+    ImportResult row = importPictures(paths, workHeightFor(paths[0], options.workHeight), directoryOf(programDirectory),
                                       ImageEnv{language, {}, true}, importing);
     if (!row.ok) {
         result.cancelled = row.cancelled;
