@@ -4,12 +4,14 @@
 #include <cmath>
 
 #include "album/file_io.h"
+#include "image/image_info.h"
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
 #include "image/rounding.h"
 #include "panorama/overlap_search.h"
 #include "panorama/pano_project.h"
-#include "panorama/pano_run_import.h"
+#include "panorama/pair_match.h"
+#include "panorama/pano_import.h"
 #include "panorama/pano_temp.h"
 #include "panorama/refine.h"
 
@@ -52,6 +54,20 @@ PanoLayout toLayout(const std::vector<SeamStep>& steps, bool balanceY) {
     return layout;
 }
 
+// The search works on pictures of `wanted` rows, but never on enlarged
+// ones: enlarging adds nothing to find and narrows the +-20 rows it can
+// shift in terms of the photo.
+int workHeightFor(const std::string& firstPicture, int wanted) {
+    CImageInfo info;
+    if (info.ReadImageInfo(firstPicture) && info.Height > 0) return std::min(wanted, info.Height);
+    return wanted;
+}
+
+std::string directoryOf(std::string path) {
+    if (!path.empty() && path.back() != '/') path += '/';
+    return path;
+}
+
 bool stopAsked(const PanoCallbacks& callbacks) { return callbacks.cancelled && callbacks.cancelled(); }
 
 void say(const PanoCallbacks& callbacks, const std::string& text) {
@@ -65,22 +81,20 @@ PanoRunResult searchPairs(std::vector<PanoBild> records, bool ring, const std::s
     PanoRunResult result;
     const std::size_t n = records.size();
     const std::size_t pairs = ring && n > 1 ? n : n - 1;
-    std::vector<cDIBSection> reduced(n);
-    for (std::size_t i = 0; i < n; ++i)
-        if (!loadPicture(panoTempName(programDirectory, records[i].datei, kReducedPrefix), reduced[i], result.message, language))
-            return result;
     std::atomic<bool> stop{false};
+    PairMatchOptions options;
+    options.stop = &stop;
+    options.status = callbacks.status;
     for (std::size_t i = 0; i < pairs; ++i) {
         if (stopAsked(callbacks)) return result.cancelled = true, result;
         const std::size_t j = (i + 1) % n;
         say(callbacks, tr(language, "Suche Überlappung: ", "Searching the overlap: ") + fileName(records[i].datei) +
                            " - " + fileName(records[j].datei));
-        const OverlapResult found = findOverlap(reduced[i], reduced[j], defaultSearchBand(reduced[i].Width()), &stop);
+        const OverlapResult found = matchPair(programDirectory, records, i, j, options);
         if (!found.found) {
             result.message = tr(language, "Die Überlappung wurde nicht gefunden: ", "No overlap was found: ") + found.problem;
             return result;
         }
-        storeMatch(records[i], found);
         if (callbacks.progress) callbacks.progress(300 + static_cast<int>(400 * (i + 1) / pairs));
     }
     result.ok = true;
@@ -130,7 +144,14 @@ PanoRunResult constructPanorama(const std::vector<std::string>& paths, const Pan
         result.message = tr(language, "Keine Bilder für das Panorama.", "No pictures for the panorama.");
         return result;
     }
-    ImportedRow row = importForRun(paths, programDirectory, options.workHeight, callbacks, language);
+    ImportCallbacks importing;
+    importing.status = callbacks.status;
+    importing.cancelled = callbacks.cancelled;
+    importing.progress = [&](int permille) {
+        if (callbacks.progress) callbacks.progress(permille * 3 / 10);
+    };
+    ImportResult row = importPictures(paths, workHeightFor(paths[0], options.workHeight), directoryOf(programDirectory),
+                                      ImageEnv{language, {}, true}, importing);
     if (!row.ok) {
         result.cancelled = row.cancelled;
         result.message = row.message;
@@ -138,7 +159,7 @@ PanoRunResult constructPanorama(const std::vector<std::string>& paths, const Pan
     }
     result = searchPairs(std::move(row.records), options.compose.ring360, programDirectory, callbacks, language);
     if (!result.ok) return result;
-    balanceRecords(result.records);
+    balanceYOffsets(result.records);
     const IoResult written = writePanoProject(programDirectory, result.records);
     if (!written.ok) {
         result.ok = false;
