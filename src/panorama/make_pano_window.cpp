@@ -36,8 +36,7 @@ MakePanoWindow::MakePanoWindow(std::vector<std::string> pictures, std::string pr
     : QWidget(parent, Qt::Window),
       prompter_(prompter),
       lang_(lang),
-      programDirectory_(std::move(programDirectory)),
-      alive_(std::make_shared<std::atomic<bool>>(true)) {
+      programDirectory_(std::move(programDirectory)) {
     setObjectName("frmMakePano");
     auto* root = new QVBoxLayout(this);
     auto* top = new QHBoxLayout;
@@ -79,7 +78,6 @@ MakePanoWindow::MakePanoWindow(std::vector<std::string> pictures, std::string pr
 }
 
 MakePanoWindow::~MakePanoWindow() {
-    *alive_ = false;
     stopRun();
 }
 

@@ -111,7 +111,6 @@ private:
 
     std::thread worker_;
     std::atomic<bool> stop_{false};
-    std::shared_ptr<std::atomic<bool>> alive_;
 
     QListWidget* listBilder_ = nullptr;
     QPushButton* cmdHinzufuegen_ = nullptr;

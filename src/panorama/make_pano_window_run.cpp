@@ -42,7 +42,8 @@ void MakePanoWindow::run(Work work, std::function<void(bool ok, const std::strin
             [this, ok, message, done] {
                 if (worker_.joinable()) worker_.join();
                 updateEnabled();
-                done(ok && !stop_, message);
+                // A stopped run was wanted: nothing to tell.
+                done(ok && !stop_, stop_ ? std::string() : message);
             },
             Qt::QueuedConnection);
     });
@@ -63,7 +64,7 @@ void MakePanoWindow::showFailure(const std::string& message) {
         return;
     }
     showStatus(message);
-    if (*alive_ && isVisible()) prompter_.message(message, kButtonsOk | kIconExclamation, "Brindlesee");
+    prompter_.message(message, kButtonsOk | kIconExclamation, "Brindlesee");
 }
 
 void MakePanoWindow::cmdPhase1_Click() {

@@ -373,6 +373,28 @@ private slots:
         QVERIFY(!child<QWidget>(*w, "seamList")->isVisible());
     }
 
+    void settingsReachTheComposition() {
+        auto w = openWindow();
+        construct(*w);
+        const int height = w->result().Height();
+        const int composed = w->compositions();
+        // Crop keeps only the rows every tile covers: the tiles were cut 13 to 26 rows down.
+        child<QCheckBox>(*w, "chkZuschneiden")->setChecked(true);
+        click(*w, "cmdNeuZeichnen");
+        QTRY_VERIFY_WITH_TIMEOUT(!w->isRunning(), 60000);
+        QCOMPARE(w->compositions(), composed + 1);
+        QCOMPARE(w->result().Height(), w->options().workHeight - (kTileTop[2] - kTileTop[1]));
+        QVERIFY(w->result().Height() < height);
+        // A ring needs the closing match: Drawing searches again and lists five seams.
+        child<QRadioButton>(*w, "Opt360")->setChecked(true);
+        click(*w, "cmdNeuZeichnen");
+        QTRY_VERIFY_WITH_TIMEOUT(!w->isRunning(), 120000);
+        QCOMPARE(w->compositions(), composed + 2);
+        click(*w, "cmdPhase2");
+        QVERIFY(w->findChild<QPushButton*>("cmdNaht5"));
+        QVERIFY(!w->findChild<QPushButton*>("cmdNaht6"));
+    }
+
     void languageSwitch() {
         MakePanoWindow w({}, home_, *prompter_, Language::German);
         QCOMPARE(child<QPushButton>(w, "cmdPhase1")->text(), QString("1.Erstellen"));
