@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -78,10 +79,16 @@ Best fastPass(const cDIBSection& other, const RefColumn& ref, int x0, int x1, in
     constexpr int kBlock = 16;
     const int blocks = (columns + kBlock - 1) / kBlock;
     auto share = [&](int i) { return x0 + std::min(columns, blocks * i / workers * kBlock); };
+    auto work = [&](int i) { columnSums(other, ref, x0, share(i), share(i + 1) - 1, sums); };
     std::vector<std::thread> pool;
-    for (int i = 1; i < workers; ++i)
-        pool.emplace_back([&, i] { columnSums(other, ref, x0, share(i), share(i + 1) - 1, sums); });
-    columnSums(other, ref, x0, share(0), share(1) - 1, sums);
+    for (int i = 1; i < workers; ++i) {
+        try {
+            pool.emplace_back(work, i);
+        } catch (const std::system_error&) {
+            work(i);  // no thread to be had: the same share, here
+        }
+    }
+    work(0);
     for (std::thread& t : pool) t.join();
 
     Best best;
