@@ -266,6 +266,16 @@ ElementRef PageDocument::createPanorama(Box box) {
     return finishCreate({Kind::Panorama, n});
 }
 
+ElementRef PageDocument::createPanorama(Box box, const std::string& picture, bool wraps) {
+    const int n = NaechstesPanorama(page());
+    PanoHotspot& shown = page().panoramas[n].hotspots[0];
+    shown.urlName = picture;
+    shown.zoomStart = "Full";
+    shown.ext.extLong[0] = wraps ? -1 : 0;  // the viewer's "360"
+    setBox(page(), {Kind::Panorama, n}, box);
+    return finishCreate({Kind::Panorama, n});
+}
+
 ElementRef PageDocument::createSearch(Box box) {
     const int n = NaechsteSuchmaschine(page());
     SearchElement& search = page().searchBoxes[n];

@@ -135,6 +135,9 @@ public:
     ElementRef createPicture(Box box, const std::string& path, int pictureWidth, int pictureHeight);
     ElementRef createText(Box box, const std::string& words);
     ElementRef createPanorama(Box box);
+    // A panorama element that shows one picture (a stitched panorama) from
+    // its whole height, turning all round when `wraps`.
+    ElementRef createPanorama(Box box, const std::string& picture, bool wraps);
     ElementRef createSearch(Box box);
 
     // ---- many pictures in rows from `start`, as the album's insert settings say

@@ -27,6 +27,8 @@ int redeye(const Args& args);
 int design(const Args& args);
 int resize(const Args& args);
 int split(const Args& args);
+// Stitches overlapping pictures into one panorama JPEG.
+int pano(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

@@ -49,6 +49,9 @@ const std::map<std::string, Command>& commands() {
                             "                       new sizes, beside each picture (name + _WxH or _Ppct) or in DIR"}},
         {"split", {split, "split PICTURE... --rows R --cols C [--by-column]\n"
                           "                       cuts each picture into tiles NAMENr1.ext, NAMENr2.ext, ... beside it"}},
+        {"pano", {pano, "pano PICTURE... -o OUT.jpg [--360] [--smooth N] [--crop] [--no-gain] [--padding]\n"
+                        "                       [--balance] stitches overlapping pictures of one size into\n"
+                        "                       one panorama"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;

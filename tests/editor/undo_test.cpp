@@ -176,6 +176,30 @@ TEST_F(UndoTest, UndoOfAnInsertLeavesTheListEntryAndRedoPutsItBack) {
     EXPECT_EQ(recordBox(made), (Box{50, 50, 200, 100}));
 }
 
+TEST_F(UndoTest, AStitchedPanoramaGoesOnThePageInOneStep) {
+    addText({0, 0, 40, 20}, "x");
+    load();
+    const ElementRef made = doc->createPanorama({30, 40, 480, 220}, "/bilder/Strand Panorama.jpg", true);
+    ASSERT_EQ(made, (ElementRef{Kind::Panorama, 1}));
+    const PanoramaElement& pano = page().panoramas[1];
+    EXPECT_EQ(pano.hotspotCount, 0);
+    EXPECT_EQ(pano.hotspots[0].urlName, "/bilder/Strand Panorama.jpg");
+    EXPECT_EQ(pano.hotspots[0].zoomStart, "Full");
+    EXPECT_EQ(pano.hotspots[0].ext.extLong[0], -1);
+    EXPECT_TRUE(pano.hotspots[1].urlName.empty());
+    EXPECT_EQ(recordBox(made), (Box{30, 40, 480, 220}));
+    EXPECT_EQ(order(), "t1 p1");
+    EXPECT_TRUE(modified());
+    EXPECT_TRUE(doc->control(made));
+    doc->MachUndo();
+    EXPECT_TRUE(isTrue(page().panoramas[1].deleted));
+    EXPECT_FALSE(canUndo);
+    // An open row does not turn all round.
+    doc->createPanorama({0, 0, 300, 100}, "/bilder/b.jpg", false);
+    EXPECT_EQ(page().panoramas[1].hotspots[0].ext.extLong[0], 0);
+    EXPECT_EQ(page().panoramas[1].hotspots[0].urlName, "/bilder/b.jpg");
+}
+
 TEST_F(UndoTest, UndoAfterSaveMarksThePageChangedAgain) {
     addPicture({0, 0, 50, 50});
     load();
