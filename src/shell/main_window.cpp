@@ -132,6 +132,7 @@ void MainWindow::buildActions() {
     makeAction("mnuRoteAugen");
     makeAction("mnuBildgroesse");
     makeAction("mnuBilderTeilen");
+    makeAction("mnuPanorama");
     makeAction("mnuWizzard");
     makeAction("mnuSpezialseiten");
     makeAction("mnuHTMLAlbum", "html");
@@ -196,7 +197,7 @@ void MainWindow::buildMenus() {
     add(align, {"setleft", "setcenterver", "setright", "-", "settop", "setcenterhor", "setdown", "-", "setaufthor",
                 "setauftver"});
     add(menu("mnuAnsicht"), {"mnuAlbumExplorer", "mnuBrindleseeExplorer"});
-    add(menu("mnuWerkzeug"), {"mnuFotodesign", "mnuRoteAugen", "mnuBildgroesse", "mnuBilderTeilen"});
+    add(menu("mnuWerkzeug"), {"mnuFotodesign", "mnuRoteAugen", "mnuBildgroesse", "mnuBilderTeilen", "-", "mnuPanorama"});
     QMenu* extras = menu("mnuExtras");
     add(extras, {"mnuWizzard", "mnuSpezialseiten", "-", "mnuHTMLAlbum", "mnuHTMLMail", "-", "mnuVorlagen",
                  "mnuOptionen", "-"});

@@ -73,6 +73,9 @@ public:
     std::vector<editor::FrmNotePad*> notePads() const;
 
     // The template catalogue, opened window-modal; null while it is closed.
+    // Puts a stitched panorama on the active page as a panorama element.
+    void placePanorama(const std::string& path, bool wraps);
+
     void showCatalogue();
     CatalogueWindow* catalogueWindow() const;
     // Asks for a name and saves the album's look in the catalogue with its preview.

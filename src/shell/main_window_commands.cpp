@@ -27,6 +27,7 @@
 #include "shell/album_explorer.h"
 #include "shell/main_window.h"
 #include "shell/tool_windows.h"
+#include "panorama/make_pano_window.h"
 #include "shell/startup.h"
 #include "shell/tool_icons.h"
 
@@ -106,6 +107,14 @@ void MainWindow::wireActions() {
         on(name, [this, tool] {
             choosePicturesForTool(tool, prompter_, session_->language(), session_->state().pictureDirectory, this);
         });
+    on("mnuPanorama", [this] {
+        const SessionState& s = session_->state();
+        for (QWidget* w : choosePicturesForTool(PictureTool::Panorama, prompter_, s.language, s.pictureDirectory, this,
+                                                s.programDirectory))
+            if (auto* pano = qobject_cast<panorama::MakePanoWindow*>(w))
+                connect(pano, &panorama::MakePanoWindow::placeOnPage, this,
+                        [this, pano](const QString& path) { placePanorama(path.toStdString(), pano->options().compose.ring360); });
+    });
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
     on("mnuInfo", [this] { showAbout(); });
@@ -223,6 +232,23 @@ void MainWindow::showProperties(FrmNotePad* pad, std::optional<editor::ElementRe
     if (!pad || playMode()) return;
     properties::DialogContext context{*pad, *session_, prompter_, this};
     if (properties::showProperties(context, ref)) pageStateChanged(pad);
+}
+
+}  // namespace brindle::shell
+
+namespace brindle::shell {
+
+// A stitched panorama goes on the open page as a panorama viewer, in one step.
+void MainWindow::placePanorama(const std::string& path, bool wraps) {
+    editor::FrmNotePad* pad = activeNotePad();
+    if (!pad) {
+        prompter_.message(t("Bitte öffnen Sie zuerst eine Seite des Albums.", "Please open a page of the album first."),
+                          kButtonsOk | kIconInformation, "Brindlesee");
+        return;
+    }
+    pad->document().createPanorama(editor::Box{20, 20, 480, 220}, path, wraps);
+    pageStateChanged(pad);
+    pad->activateWindow();
 }
 
 }  // namespace brindle::shell

@@ -79,6 +79,7 @@ const Caption kActions[] = {
     {"mnuRoteAugen", "&Rote Augen entfernen ...", "&Red eye ..."},
     {"mnuBildgroesse", "Bild&größe ändern ...", "Resi&ze pictures ..."},
     {"mnuBilderTeilen", "Bilder &teilen ...", "&Split pictures ..."},
+    {"mnuPanorama", "&Panorama erstellen ...", "&Panorama ..."},
     {"mnuWizzard", "&Wizzard ...", "&Wizard ..."},
     {"mnuSpezialseiten", "Spezial&seiten generieren", "Generate special &pages"},
     {"mnuHTMLAlbum", "&HTMLAlbum generieren", "Generate &HTML album"},

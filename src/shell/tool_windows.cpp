@@ -5,6 +5,7 @@
 #include <functional>
 #include <utility>
 
+#include "panorama/make_pano_window.h"
 #include "studio/design_window.h"
 #include "studio/red_eye_window.h"
 #include "studio/resize_window.h"
@@ -56,7 +57,7 @@ FileDialog toolPictureDialog(Language language, const std::string& startDirector
 }
 
 std::vector<QWidget*> openPictureTool(PictureTool tool, const std::vector<std::string>& pictures, Prompter& prompter,
-                                      Language language, QWidget* parent) {
+                                      Language language, QWidget* parent, const std::string& programDirectory) {
     std::vector<QWidget*> windows;
     if (pictures.empty()) return windows;
     switch (tool) {
@@ -73,15 +74,20 @@ std::vector<QWidget*> openPictureTool(PictureTool tool, const std::vector<std::s
         case PictureTool::Split:
             windows.push_back(keep(new studio::SplitWindow(pictures, prompter, language, parent), parent));
             break;
+        case PictureTool::Panorama:
+            windows.push_back(keep(
+                new panorama::MakePanoWindow(pictures, programDirectory, prompter, language, parent), parent));
+            break;
     }
     return windows;
 }
 
 std::vector<QWidget*> choosePicturesForTool(PictureTool tool, Prompter& prompter, Language language,
-                                            const std::string& startDirectory, QWidget* parent) {
+                                            const std::string& startDirectory, QWidget* parent,
+                                            const std::string& programDirectory) {
     const std::string answer = prompter.openFile(toolPictureDialog(language, startDirectory));
     if (answer.empty()) return {};
-    return openPictureTool(tool, splitFileList(answer), prompter, language, parent);
+    return openPictureTool(tool, splitFileList(answer), prompter, language, parent, programDirectory);
 }
 
 void setToolLanguage(Language language) {

@@ -14,7 +14,7 @@ class QWidget;
 
 namespace brindle::shell {
 
-enum class PictureTool { RedEye, Resize, Design, Split };
+enum class PictureTool { RedEye, Resize, Design, Split, Panorama };
 
 // The tool a start mode ("RedEye", "Rezise", "Bildbearbeitung") names.
 std::optional<PictureTool> toolOfStartMode(const std::string& startMode);
@@ -25,12 +25,15 @@ FileDialog toolPictureDialog(Language language, const std::string& startDirector
 // Opens the tool on `pictures`; the red-eye tool gets one window per
 // picture. The windows delete themselves when closed and follow
 // setToolLanguage. Returns the windows opened (none without pictures).
+// The panorama tool keeps its working copies under `programDirectory`.
 std::vector<QWidget*> openPictureTool(PictureTool tool, const std::vector<std::string>& pictures, Prompter& prompter,
-                                      Language language, QWidget* parent = nullptr);
+                                      Language language, QWidget* parent = nullptr,
+                                      const std::string& programDirectory = {});
 
 // Asks for pictures, then opens the tool; nothing when the user breaks off.
 std::vector<QWidget*> choosePicturesForTool(PictureTool tool, Prompter& prompter, Language language,
-                                            const std::string& startDirectory, QWidget* parent = nullptr);
+                                            const std::string& startDirectory, QWidget* parent = nullptr,
+                                            const std::string& programDirectory = {});
 
 // Switches every open tool window to `language`.
 void setToolLanguage(Language language);

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QTest>
 
+#include "panorama/make_pano_window.h"
 #include "shell/tool_windows.h"
 #include "studio/design_window.h"
 #include "studio/red_eye_window.h"
@@ -70,6 +71,17 @@ class ToolWindowsTest : public QObject {
         // Breaking off the file dialog opens nothing.
         f.trigger("mnuBilderTeilen");
         QCOMPARE(int(openWindows<studio::SplitWindow>().size()), 1);
+
+        f.prompter->files = {folder + ";see.png;zwei.png"};
+        f.trigger("mnuPanorama");
+        const auto panos = openWindows<panorama::MakePanoWindow>();
+        QCOMPARE(int(panos.size()), 1);
+        QCOMPARE(int(panos.front()->pictures().size()), 2);
+        // A saved panorama goes on the open page as one more panorama element, in one step.
+        const std::size_t before = f.pad()->document().page().panoramas.count();
+        emit panos.front()->placeOnPage(QString::fromStdString(folder + "see.png"));
+        QCOMPARE(f.pad()->document().page().panoramas.count(), before + 1);
+        QVERIFY(f.pad()->document().undoRing().canUndo());
 
         // The program's language reaches the open tools.
         main.setLanguage(Language::English);
