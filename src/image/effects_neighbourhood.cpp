@@ -77,27 +77,12 @@ void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress) {
         std::uint8_t* p = rowBits(y);
         const std::uint8_t* lo = rowBits(y - 1);
         const std::uint8_t* hi = rowBits(y + 1);
-        if (!quotient) {
-            for (int x = 6; x <= last; x += 3) {
-                for (int c = x; c < x + 3; ++c) {
-                    const int s = lo[c - 3] + lo[c] + lo[c + 3] + p[c - 3] + p[c + 3] +
-                                  hi[c - 3] + hi[c] + hi[c + 3];
-                    p[c] = clampByte((p[c] * centre - 2 * s) / divisor);
-                }
-            }
-        } else if (last >= 6) {
-            // The left neighbours just written stay in registers: each
-            // byte waits only for its left one.
-            int left[3] = {p[3], p[4], p[5]};
-            for (int x = 6; x <= last; x += 3) {
-                for (int k = 0; k < 3; ++k) {
-                    const int c = x + k;
-                    const int rest = lo[c - 3] + lo[c] + lo[c + 3] + p[c + 3] + hi[c - 3] +
-                                     hi[c] + hi[c + 3];
-                    const int base = p[c] * centre - 2 * rest;
-                    left[k] = quotient[base - 2 * left[k]];
-                    p[c] = static_cast<std::uint8_t>(left[k]);
-                }
+        for (int x = 6; x <= last; x += 3) {
+            for (int c = x; c < x + 3; ++c) {
+                const int s = lo[c - 3] + lo[c] + lo[c + 3] + p[c - 3] + p[c + 3] + hi[c - 3] +
+                              hi[c] + hi[c + 3];
+                const int n = p[c] * centre - 2 * s;
+                p[c] = quotient ? quotient[n] : clampByte(n / divisor);
             }
         }
         rp.step(y, Height());
