@@ -46,33 +46,12 @@ void cDIBSection::effectSchärfenBits(ProgressWord* progress) {
     rp.done();
 }
 
-namespace {
-
-// clampByte(n / divisor) for every numerator the sharpen can meet, so that
-// the row loop, which waits for each result (the left neighbour is read
-// after it changed), needs no division. Empty when the range is too wide.
-std::vector<std::uint8_t> quotientTable(int centre, int divisor, int& lowest) {
-    const long long high = std::max(0LL, 255LL * centre);
-    const long long low = std::min(0LL, 255LL * centre) - 2LL * 8 * 255;
-    if (divisor <= 0 || high - low >= (1 << 22)) return {};
-    lowest = static_cast<int>(low);
-    std::vector<std::uint8_t> table(static_cast<std::size_t>(high - low + 1));
-    for (long long n = low; n <= high; ++n)
-        table[static_cast<std::size_t>(n - low)] = clampByte(static_cast<int>(n) / divisor);
-    return table;
-}
-
-}  // namespace
-
 void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress) {
     RowProgress rp(progress_, progress);
     const int divisor = strength + 8;
     if (divisor == 0) return rp.done();
     const int centre = strength + 24;
     const int last = Width() * 3 - 6;
-    int lowest = 0;
-    const std::vector<std::uint8_t> table = quotientTable(centre, divisor, lowest);
-    const std::uint8_t* quotient = table.empty() ? nullptr : table.data() - lowest;
     for (int y = 2; y <= Height() - 2; ++y) {
         std::uint8_t* p = rowBits(y);
         const std::uint8_t* lo = rowBits(y - 1);
@@ -81,8 +60,7 @@ void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress) {
             for (int c = x; c < x + 3; ++c) {
                 const int s = lo[c - 3] + lo[c] + lo[c + 3] + p[c - 3] + p[c + 3] + hi[c - 3] +
                               hi[c] + hi[c + 3];
-                const int n = p[c] * centre - 2 * s;
-                p[c] = quotient ? quotient[n] : clampByte(n / divisor);
+                p[c] = clampByte((p[c] * centre - 2 * s) / divisor);
             }
         }
         rp.step(y, Height());

@@ -218,21 +218,15 @@ void cDIBSection::effectFarbeSaturation(int percent, int mode, ProgressWord* pro
     const double factor = percent / 100.0;
     int third[766];
     for (int i = 0; i < 766; ++i) third[i] = roundEven(i / 3.0);
-    // moved[d + 255][v] = roundClamp(d x factor + v) for a channel v whose
-    // distance from the pixel's mean is d: the same sums, made once.
-    std::vector<std::uint8_t> moved(511 * 256);
-    for (int d = -255; d <= 255; ++d)
-        for (int v = 0; v < 256; ++v) moved[(d + 255) * 256 + v] = roundClamp(d * factor + v);
-    auto move = [&moved](int v, int mean) { return moved[(v - mean + 255) * 256 + v]; };
     for (int y = 0; y < Height(); ++y) {
         std::uint8_t* p = rowBits(y);
         for (int x = 0; x < Width() * 3; x += 3) {
             const int b = p[x], g = p[x + 1], r = p[x + 2];
             if (!saturationSelects(mode, b, g, r)) continue;
             const int mean = third[b + g + r];
-            p[x] = move(b, mean);
-            p[x + 1] = move(g, mean);
-            p[x + 2] = move(r, mean);
+            p[x] = roundClamp((b - mean) * factor + b);
+            p[x + 1] = roundClamp((g - mean) * factor + g);
+            p[x + 2] = roundClamp((r - mean) * factor + r);
         }
         rp.step(y, Height());
     }
