@@ -68,8 +68,9 @@ std::string notSavedMessage(Language lang, const std::string& path) {
     return tr(lang, "Das Bild kann nicht gespeichert werden: ", "The picture cannot be saved: ") + path;
 }
 
-// False when neither reader takes the file; a source that was no JPEG is
-// kept at once as a "BScopy" JPEG, so that later steps read JPEG only.
+// False when neither reader takes the file, or (with the message set) when
+// the copy cannot be written: a source that was no JPEG is kept at once as
+// a "BScopy" JPEG, so that later steps read JPEG only.
 bool ImportRun::load(const std::string& path, cDIBSection& dib) {
     if (endsWithNoCase(path, "jpg") || endsWithNoCase(path, "jpeg")) {
         if (LoadJPG(dib, path)) return true;

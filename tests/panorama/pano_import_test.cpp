@@ -121,6 +121,26 @@ TEST_F(PanoImport, APngSourceIsKeptAsABScopyJpegFirst) {
     EXPECT_EQ(result.records[0].datei, path("Strand.png"));
 }
 
+TEST_F(PanoImport, AWorkingCopyThatCannotBeWrittenStopsTheRun) {
+    ASSERT_TRUE(brindle::SaveDIBFile(twoColours(40, 30), path("Strand.png"), 0));
+    const std::string a = jpeg("a.jpg", twoColours(40, 30));
+    // Folders standing where the working copies go.
+    std::filesystem::create_directories(home() + "PanoTemp/BScopyStrand.jpg");
+    ImportResult result = run({a, path("Strand.png")}, 20);
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.message, "Das Bild kann nicht gespeichert werden: " + home() + "PanoTemp/BScopyStrand.jpg");
+    EXPECT_EQ(statuses.back(), "Lade:Strand.png");
+
+    std::filesystem::remove(home() + "PanoTemp/BSPanoa.jpg");  // written by the first run
+    std::filesystem::create_directories(home() + "PanoTemp/BSPanoa.jpg");
+    statuses.clear();
+    result = run({a});
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.message, "Das Bild kann nicht gespeichert werden: " + home() + "PanoTemp/BSPanoa.jpg");
+    EXPECT_EQ(statuses.back(), "Speichern:a.jpg");
+    EXPECT_TRUE(result.records.empty());
+}
+
 TEST_F(PanoImport, UnreadablePicturesAreLeftOutWithALogLine) {
     writeBytes("kaputt.jpg", "no picture at all");
     const std::string a = jpeg("a.jpg", twoColours(100, 60));
@@ -193,6 +213,12 @@ TEST_F(PanoImport, PairsOfTheImportedRowAreMatchedOnTheReducedPictures) {
     EXPECT_EQ(missing.problem.rfind(home() + "PanoTemp/BSPanot2.jpg: ", 0), 0u) << missing.problem;
     EXPECT_EQ(records[2].gematcht, 0);
     EXPECT_EQ(times.size(), 2u);
+}
+
+TEST(PanoImportSize, PicturesAreMadeATimesOnePointTwoTheViewHeight) {
+    EXPECT_EQ(brindle::panorama::importTargetHeight(500), 600);
+    EXPECT_EQ(brindle::panorama::importTargetHeight(333), 400);  // 399.6
+    EXPECT_EQ(brindle::panorama::importTargetHeight(0), 0);
 }
 
 TEST(BalanceYOffsets, TakesTheRoundedMeanOutOfThePredecessorsOffset) {
