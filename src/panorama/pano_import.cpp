@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <system_error>
 
 #include "album/paths.h"
@@ -134,9 +135,29 @@ bool ImportRun::importOne(const std::string& path) {
     return !cancelled();
 }
 
+// The working copies are named after the file name alone: two different
+// sources of one name would overwrite each other's copy and the row would
+// silently show one photo twice.
+std::string sharedWorkingName(const std::vector<std::string>& paths, const std::string& dir) {
+    std::map<std::string, std::string> seen;  // working copy -> source
+    for (const std::string& path : paths) {
+        const auto [it, fresh] = seen.emplace(panoTempName(dir, path, kReducedPrefix), path);
+        if (!fresh && it->second != path) return fileName(path);
+    }
+    return {};
+}
+
 ImportResult ImportRun::run() {
     status("Starte Import:");
     if (cb_.progress) cb_.progress(0);
+    if (const std::string name = sharedWorkingName(paths_, dir_); !name.empty()) {
+        result_.message = tr(env_.language, "Zwei Bilder haben denselben Dateinamen: ",
+                             "Two pictures have the same file name: ") +
+                          name +
+                          tr(env_.language, ". Bitte benennen Sie eines der Bilder um.",
+                             ". Please rename one of them.");
+        return result_;
+    }
     std::error_code ec;
     std::filesystem::create_directories(dir_ + "PanoTemp", ec);
     if (ec || !std::filesystem::is_directory(dir_ + "PanoTemp")) {

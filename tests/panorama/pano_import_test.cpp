@@ -148,6 +148,20 @@ TEST_F(PanoImport, AWorkingCopyThatCannotBeWrittenStopsTheRun) {
     EXPECT_TRUE(result.records.empty());
 }
 
+TEST_F(PanoImport, TwoSourcesOfOneFileNameAreRefusedBeforeAnythingIsWritten) {
+    const std::string a = jpeg("tag1/DSC_0001.jpg", twoColours(40, 30));
+    const std::string b = jpeg("tag2/DSC_0001.jpg", twoColours(40, 30));
+    ImportResult result = run({a, b}, 20);
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.message,
+              "Zwei Bilder haben denselben Dateinamen: DSC_0001.jpg. Bitte benennen Sie eines der "
+              "Bilder um.");
+    EXPECT_EQ(statuses, std::vector<std::string>{"Starte Import:"});
+    EXPECT_FALSE(std::filesystem::exists(home() + "PanoTemp"));
+    // The same file twice has one working copy and is taken.
+    EXPECT_TRUE(run({a, a}, 20).ok);
+}
+
 TEST_F(PanoImport, UnreadablePicturesAreLeftOutWithALogLine) {
     writeBytes("kaputt.jpg", "no picture at all");
     const std::string a = jpeg("a.jpg", twoColours(100, 60));
