@@ -27,7 +27,9 @@ using brindle::cDIBSection;
 using namespace brindle::panorama;
 using Clock = std::chrono::steady_clock;
 
-double since(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
+double since(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
 
 // Processor time of the whole process (all threads), which stays fair when
 // other work shares the machine.
@@ -57,16 +59,19 @@ int search(int threads) {
     cpu = cpuSeconds();
     const OverlapResult fast = findOverlap(a, b, band, nullptr, threads);
     const double fastSeconds = since(start), fastCpu = cpuSeconds() - cpu;
-    const bool same = fast.xVersatz == plain.xVersatz && fast.yVersatz == plain.yVersatz && fast.sum == plain.sum &&
-                      fast.pass == plain.pass;
+    const bool same = fast.xVersatz == plain.xVersatz && fast.yVersatz == plain.yVersatz &&
+                      fast.sum == plain.sum && fast.pass == plain.pass;
     const bool right = fast.found && fast.xVersatz == dx && fast.yVersatz == dy;
-    std::printf("overlap search, one pair of %dx%d pictures, band %d..%d (%d columns), 41 shifts, 2 passes\n",
-                kTileWidth, kTileHeight, band.first, band.last, band.last - band.first + 1);
-    std::printf("  plain column search:            %8.3f s wall %8.3f s cpu\n", plainSeconds, plainCpu);
-    std::printf("  fast search (%d thread%s):       %8.3f s wall %8.3f s cpu\n", threads, threads == 1 ? " " : "s",
-                fastSeconds, fastCpu);
-    std::printf("  ratio plain / fast:             %8.1f x wall %8.1f x cpu\n", plainSeconds / fastSeconds,
-                plainCpu / fastCpu);
+    std::printf(
+        "overlap search, one pair of %dx%d pictures, band %d..%d (%d columns), 41 shifts, 2 "
+        "passes\n",
+        kTileWidth, kTileHeight, band.first, band.last, band.last - band.first + 1);
+    std::printf("  plain column search:            %8.3f s wall %8.3f s cpu\n", plainSeconds,
+                plainCpu);
+    std::printf("  fast search (%d thread%s):       %8.3f s wall %8.3f s cpu\n", threads,
+                threads == 1 ? " " : "s", fastSeconds, fastCpu);
+    std::printf("  ratio plain / fast:             %8.1f x wall %8.1f x cpu\n",
+                plainSeconds / fastSeconds, plainCpu / fastCpu);
     std::printf("  results %s, offset %s (x %d, y %d)\n", same ? "identical" : "DIFFER",
                 right ? "right" : "WRONG", fast.xVersatz, fast.yVersatz);
     return same && right ? 0 : 1;
@@ -97,12 +102,14 @@ double seamError(const cDIBSection& a, const cDIBSection& b, int dx, int dy) {
         const std::uint8_t* pa = a.rowBits(a.Height() - 1 - y);
         const std::uint8_t* pb = b.rowBits(b.Height() - 1 - (y - dy));
         for (int x = std::max(0, dx); x < std::min(a.Width(), b.Width() + dx); ++x)
-            for (int c = 0; c < 3; ++c) total += std::abs(pa[3 * x + c] - pb[3 * (x - dx) + c]), ++count;
+            for (int c = 0; c < 3; ++c)
+                total += std::abs(pa[3 * x + c] - pb[3 * (x - dx) + c]), ++count;
     }
     return count ? total / count : -1;
 }
 
-int ours(const std::string& home, int height, const std::string& out, const std::vector<std::string>& files) {
+int ours(const std::string& home, int height, const std::string& out,
+         const std::vector<std::string>& files) {
     auto start = Clock::now();
     double cpu = cpuSeconds();
     ImportResult imported = importPictures(files, height, home + "/", {});
@@ -126,17 +133,22 @@ int ours(const std::string& home, int height, const std::string& out, const std:
     for (std::size_t i = 0; i < records.size(); ++i)
         if (!brindle::LoadJPG(pictures[i], imported.reduced[i])) return 1;
     PanoLayout layout;
-    for (const PanoBild& r : records) layout.xStep.push_back(r.xVersatz), layout.yStep.push_back(r.yVersatz);
+    for (const PanoBild& r : records)
+        layout.xStep.push_back(r.xVersatz), layout.yStep.push_back(r.yVersatz);
     cDIBSection result;
-    if (!composePanorama(pictures, layout, ComposeOptions{}, result).ok || !brindle::SaveJPG(result, out, 95)) return 1;
+    if (!composePanorama(pictures, layout, ComposeOptions{}, result).ok ||
+        !brindle::SaveJPG(result, out, 95))
+        return 1;
     const double stitchSeconds = since(start), stitchCpu = cpuSeconds() - cpu;
     // Wall and processor seconds of the import, the searches, and the
     // searches with composition and saving.
-    std::printf("ours %.3f %.3f %.3f %.3f %.3f %.3f %dx%d\n", importSeconds, importCpu, searchSeconds, searchCpu,
-                stitchSeconds, stitchCpu, result.Width(), result.Height());
+    std::printf("ours %.3f %.3f %.3f %.3f %.3f %.3f %dx%d\n", importSeconds, importCpu,
+                searchSeconds, searchCpu, stitchSeconds, stitchCpu, result.Width(),
+                result.Height());
     for (std::size_t i = 0; i + 1 < records.size(); ++i)
-        std::printf("seam %zu %d %d %.2f\n", i, records[i].xVersatz, records[i].yVersatz,
-                    seamError(pictures[i], pictures[i + 1], records[i].xVersatz, records[i].yVersatz));
+        std::printf(
+            "seam %zu %d %d %.2f\n", i, records[i].xVersatz, records[i].yVersatz,
+            seamError(pictures[i], pictures[i + 1], records[i].xVersatz, records[i].yVersatz));
     return 0;
 }
 
@@ -170,7 +182,8 @@ int seams(const std::vector<std::string>& files) {
             const BYTE* pb = FreeImage_GetScanLine(b, static_cast<int>(y));
             for (unsigned x = 0; x < w; ++x) {
                 if (pa[4 * x + 3] < 255 || pb[4 * x + 3] < 255) continue;  // both fully inside
-                for (int c = 0; c < 3; ++c) total += std::abs(pa[4 * x + c] - pb[4 * x + c]), ++count;
+                for (int c = 0; c < 3; ++c)
+                    total += std::abs(pa[4 * x + c] - pb[4 * x + c]), ++count;
             }
         }
         std::printf("seam %zu %.2f\n", i, count ? total / count : -1.0);
@@ -190,6 +203,8 @@ int main(int argc, char** argv) {
     if (cmd == "ours" && rest.size() > 3)
         return ours(rest[0], std::atoi(rest[1].c_str()), rest[2], {rest.begin() + 3, rest.end()});
     if (cmd == "seams" && rest.size() > 1) return seams(rest);
-    std::fprintf(stderr, "usage: bench_pano search [THREADS] | make DIR | ours HOME HEIGHT OUT FILE... | seams TIFF...\n");
+    std::fprintf(stderr,
+                 "usage: bench_pano search [THREADS] | make DIR | ours HOME HEIGHT OUT FILE... | "
+                 "seams TIFF...\n");
     return 2;
 }

@@ -17,7 +17,7 @@ namespace bench {
 // Smooth noise: random values on a lattice of `step` pixels, blended with
 // a smoothstep between lattice points.
 class ValueNoise {
-public:
+  public:
     ValueNoise(int width, int height, int step, std::mt19937& rng) : step_(step) {
         cols_ = width / step + 2;
         rows_ = height / step + 2;
@@ -34,7 +34,7 @@ public:
         return lerp(top, bottom, fy);
     }
 
-private:
+  private:
     static float smooth(float t) { return t * t * (3 - 2 * t); }
     static float lerp(float a, float b, float t) { return a + (b - a) * t; }
     float cell(int x, int y) const { return grid_[static_cast<std::size_t>(y) * cols_ + x]; }
@@ -51,12 +51,12 @@ inline void put(brindle::cDIBSection& dib, int x, int y, int b, int g, int r) {
 
 inline brindle::cDIBSection landscape(int width, int height, unsigned seed) {
     std::mt19937 rng(seed);
-    const ValueNoise coarse(width, height, 700, rng), mid(width, height, 150, rng), fine(width, height, 31, rng),
-        finer(width, height, 7, rng);
+    const ValueNoise coarse(width, height, 700, rng), mid(width, height, 150, rng),
+        fine(width, height, 31, rng), finer(width, height, 7, rng);
     std::vector<int> horizon(static_cast<std::size_t>(width));
     for (int x = 0; x < width; ++x)
-        horizon[static_cast<std::size_t>(x)] =
-            static_cast<int>(height * 0.45 + height * 0.12 * coarse.at(x, 0) + height * 0.03 * mid.at(x, 7));
+        horizon[static_cast<std::size_t>(x)] = static_cast<int>(
+            height * 0.45 + height * 0.12 * coarse.at(x, 0) + height * 0.03 * mid.at(x, 7));
     brindle::cDIBSection dib;
     dib.Create(width, height);
     std::uniform_int_distribution<int> grain(-3, 3);
@@ -70,12 +70,14 @@ inline brindle::cDIBSection landscape(int width, int height, unsigned seed) {
                     static_cast<int>(90 + cloud) + grain(rng));
             } else {
                 put(dib, x, y, static_cast<int>(50 + texture * 0.5f) + grain(rng),
-                    static_cast<int>(110 + texture) + grain(rng), static_cast<int>(80 + texture * 0.8f) + grain(rng));
+                    static_cast<int>(110 + texture) + grain(rng),
+                    static_cast<int>(80 + texture * 0.8f) + grain(rng));
             }
         }
     }
     // Houses (boxes with a dark window) and trees (dark discs) on the ground.
-    std::uniform_int_distribution<int> px(0, width - 1), size(height / 40, height / 10), colour(40, 230);
+    std::uniform_int_distribution<int> px(0, width - 1), size(height / 40, height / 10),
+        colour(40, 230);
     for (int n = width / 60; n > 0; --n) {
         const int x0 = px(rng), s = size(rng);
         const int y0 = std::min(height - 1, horizon[static_cast<std::size_t>(x0)] + size(rng));

@@ -29,7 +29,8 @@ BRINDLE_AVX2 std::vector<RowPattern> makePatterns(const RefColumn& ref, int rows
     for (int j = 0; j < rows; ++j) {
         const std::size_t q = static_cast<std::size_t>(j + kMaxShift);
         short lanes[3 * kPixels];
-        for (int i = 0; i < 3 * kPixels; ++i) lanes[i] = static_cast<short>(ref[static_cast<std::size_t>(i % 3)][q]);
+        for (int i = 0; i < 3 * kPixels; ++i)
+            lanes[i] = static_cast<short>(ref[static_cast<std::size_t>(i % 3)][q]);
         for (int part = 0; part < 3; ++part)
             patterns[static_cast<std::size_t>(j)].part[part] =
                 _mm256_loadu_si256(reinterpret_cast<const __m256i*>(lanes + 16 * part));
@@ -50,8 +51,8 @@ BRINDLE_AVX2 inline void addSquares(__m256i d, __m256i& lo, __m256i& hi) {
     hi = _mm256_add_epi32(hi, _mm256_unpackhi_epi16(sq, zero));
 }
 
-BRINDLE_AVX2 void sliceSums(const cDIBSection& other, const std::vector<RowPattern>& patterns, int x, int k,
-                            int j0, int j1, std::uint64_t (&bytes)[3 * kPixels]) {
+BRINDLE_AVX2 void sliceSums(const cDIBSection& other, const std::vector<RowPattern>& patterns,
+                            int x, int k, int j0, int j1, std::uint64_t (&bytes)[3 * kPixels]) {
     const __m256i zero = _mm256_setzero_si256();
     __m256i acc[6] = {zero, zero, zero, zero, zero, zero};
     for (int j = j0; j < j1; ++j) {
@@ -74,8 +75,8 @@ BRINDLE_AVX2 void sliceSums(const cDIBSection& other, const std::vector<RowPatte
 
 }  // namespace
 
-BRINDLE_AVX2 int avx2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa, int xb,
-                            const SumTable& out) {
+BRINDLE_AVX2 int avx2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa,
+                            int xb, const SumTable& out) {
     if (xb - xa + 1 < kPixels) return xa;
     const std::vector<RowPattern> patterns = makePatterns(ref, rows);
     int x = xa;
@@ -85,7 +86,8 @@ BRINDLE_AVX2 int avx2Blocks(const cDIBSection& other, const RefColumn& ref, int 
             for (int j0 = 0; j0 < rows; j0 += kRowsPerSlice)
                 sliceSums(other, patterns, x, k, j0, std::min(rows, j0 + kRowsPerSlice), bytes);
             std::uint64_t* sums = out.at(k, x);
-            for (int p = 0; p < kPixels; ++p) sums[p] = bytes[3 * p] + bytes[3 * p + 1] + bytes[3 * p + 2];
+            for (int p = 0; p < kPixels; ++p)
+                sums[p] = bytes[3 * p] + bytes[3 * p + 1] + bytes[3 * p + 2];
         }
     }
     return x;
@@ -93,7 +95,9 @@ BRINDLE_AVX2 int avx2Blocks(const cDIBSection& other, const RefColumn& ref, int 
 
 #else
 
-int avx2Blocks(const cDIBSection&, const RefColumn&, int, int xa, int, const SumTable&) { return xa; }
+int avx2Blocks(const cDIBSection&, const RefColumn&, int, int xa, int, const SumTable&) {
+    return xa;
+}
 
 #endif
 

@@ -27,7 +27,9 @@ inline constexpr int kRowsPerSlice = 65536;
 // column it left for the plain loop. The block loops keep the shift
 // innermost, so that the rows of one narrow strip stay in the cache for
 // all 41 shifts.
-int sse2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa, int xb, const SumTable& out);
-int avx2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa, int xb, const SumTable& out);
+int sse2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa, int xb,
+               const SumTable& out);
+int avx2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa, int xb,
+               const SumTable& out);
 
 }  // namespace brindle::panorama::detail

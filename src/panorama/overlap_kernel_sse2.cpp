@@ -46,8 +46,8 @@ inline void addSquares(__m128i d, __m128i& lo, __m128i& hi) {
 
 // Adds the per-byte sums of rows j0 .. j1 - 1 of the 8 pixels from column x
 // at shift k to `bytes`.
-void sliceSums(const cDIBSection& other, const std::vector<RowPattern>& patterns, int x, int k, int j0, int j1,
-               std::uint64_t (&bytes)[3 * kPixels]) {
+void sliceSums(const cDIBSection& other, const std::vector<RowPattern>& patterns, int x, int k,
+               int j0, int j1, std::uint64_t (&bytes)[3 * kPixels]) {
     const __m128i zero = _mm_setzero_si128();
     __m128i acc[6] = {zero, zero, zero, zero, zero, zero};
     for (int j = j0; j < j1; ++j) {
@@ -66,7 +66,8 @@ void sliceSums(const cDIBSection& other, const std::vector<RowPattern>& patterns
 
 }  // namespace
 
-int sse2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa, int xb, const SumTable& out) {
+int sse2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa, int xb,
+               const SumTable& out) {
     if (xb - xa + 1 < kPixels) return xa;
     const std::vector<RowPattern> patterns = makePatterns(ref, rows);
     int x = xa;
@@ -76,7 +77,8 @@ int sse2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa,
             for (int j0 = 0; j0 < rows; j0 += kRowsPerSlice)
                 sliceSums(other, patterns, x, k, j0, std::min(rows, j0 + kRowsPerSlice), bytes);
             std::uint64_t* sums = out.at(k, x);
-            for (int p = 0; p < kPixels; ++p) sums[p] = bytes[3 * p] + bytes[3 * p + 1] + bytes[3 * p + 2];
+            for (int p = 0; p < kPixels; ++p)
+                sums[p] = bytes[3 * p] + bytes[3 * p + 1] + bytes[3 * p + 2];
         }
     }
     return x;
@@ -84,7 +86,9 @@ int sse2Blocks(const cDIBSection& other, const RefColumn& ref, int rows, int xa,
 
 #else
 
-int sse2Blocks(const cDIBSection&, const RefColumn&, int, int xa, int, const SumTable&) { return xa; }
+int sse2Blocks(const cDIBSection&, const RefColumn&, int, int xa, int, const SumTable&) {
+    return xa;
+}
 
 #endif
 

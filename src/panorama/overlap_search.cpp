@@ -29,7 +29,8 @@ std::string unsuitable(const cDIBSection& left, const cDIBSection& right, Search
     if (left.Height() != right.Height()) return "the pictures of the pair differ in height";
     if (band.first < 0 || band.first > band.last || band.last >= left.Width())
         return "the search band lies outside the left picture";
-    if (band.last - band.first >= right.Width()) return "the search band is wider than the right picture";
+    if (band.last - band.first >= right.Width())
+        return "the search band is wider than the right picture";
     return {};
 }
 

@@ -40,12 +40,12 @@ SearchBand defaultSearchBand(int width);
 
 struct OverlapResult {
     bool found = false;
-    bool stopped = false;        // the stop word was set; nothing found
-    std::string problem;         // why the pair cannot be searched (English, for logs)
+    bool stopped = false;  // the stop word was set; nothing found
+    std::string problem;   // why the pair cannot be searched (English, for logs)
     int xVersatz = 0;
     int yVersatz = 0;
-    std::uint64_t sum = 0;       // the winning sum of squared differences
-    int pass = 0;                // 1 or 2: which pass found it
+    std::uint64_t sum = 0;  // the winning sum of squared differences
+    int pass = 0;           // 1 or 2: which pass found it
 };
 
 // The plain search, one column at a time, as the reference for the fast one.

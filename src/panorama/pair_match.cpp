@@ -25,7 +25,8 @@ OverlapResult matchPair(const std::string& programDirectory, std::vector<PanoBil
     const auto start = std::chrono::steady_clock::now();
     cDIBSection a, b;
     for (auto [dib, index] : {std::pair{&a, left}, std::pair{&b, right}}) {
-        const std::string path = panoTempName(programDirectory, records[index].datei, kReducedPrefix);
+        const std::string path =
+            panoTempName(programDirectory, records[index].datei, kReducedPrefix);
         std::string error;
         if (!LoadJPG(*dib, path, &error)) {
             result.problem = path + ": " + error;
@@ -36,7 +37,8 @@ OverlapResult matchPair(const std::string& programDirectory, std::vector<PanoBil
     result = findOverlap(a, b, band, options.stop, options.threads);
     storeMatch(record, result);
     if (options.status) {
-        const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        const double seconds =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         char text[32];
         std::snprintf(text, sizeof text, "Zeit: %.2f", seconds);
         options.status(text);

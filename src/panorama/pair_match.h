@@ -15,10 +15,10 @@
 namespace brindle::panorama {
 
 struct PairMatchOptions {
-    std::optional<SearchBand> band;          // default: defaultSearchBand of the reduced width
+    std::optional<SearchBand> band;           // default: defaultSearchBand of the reduced width
     const std::atomic<bool>* stop = nullptr;  // the window's stop word
     std::function<void(const std::string&)> status;  // gets "Zeit: " + seconds
-    int threads = 0;                          // 0: one per core
+    int threads = 0;                                 // 0: one per core
 };
 
 // Matches picture `left` with picture `right` (left + 1, or 0 for the seam

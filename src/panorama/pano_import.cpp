@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <system_error>
 
 #include "album/paths.h"
@@ -19,15 +20,19 @@ namespace {
 constexpr int kStepsPerPicture = 3;
 
 class ImportRun {
-public:
-    ImportRun(const std::vector<std::string>& paths, int targetHeight, const std::string& programDirectory,
-              const ImageEnv& env, const ImportCallbacks& callbacks)
-        : paths_(paths), targetHeight_(targetHeight), dir_(withTrailingSeparator(programDirectory)),
-          env_(env), cb_(callbacks) {}
+  public:
+    ImportRun(const std::vector<std::string>& paths, int targetHeight,
+              const std::string& programDirectory, const ImageEnv& env,
+              const ImportCallbacks& callbacks)
+        : paths_(paths),
+          targetHeight_(targetHeight),
+          dir_(withTrailingSeparator(programDirectory)),
+          env_(env),
+          cb_(callbacks) {}
 
     ImportResult run();
 
-private:
+  private:
     void status(const std::string& text) const {
         if (cb_.status) cb_.status(text);
     }
@@ -65,26 +70,30 @@ std::string fileName(const std::string& path) {
 }
 
 std::string notSavedMessage(Language lang, const std::string& path) {
-    return tr(lang, "Das Bild kann nicht gespeichert werden: ", "The picture cannot be saved: ") + path;
+    return tr(lang, "Das Bild kann nicht gespeichert werden: ", "The picture cannot be saved: ") +
+           path;
 }
 
-// False when neither reader takes the file; a source that was no JPEG is
-// kept at once as a "BScopy" JPEG, so that later steps read JPEG only.
+// False when neither reader takes the file, or (with the message set) when
+// the copy cannot be written: a source that was no JPEG is kept at once as
+// a "BScopy" JPEG, so that later steps read JPEG only.
 bool ImportRun::load(const std::string& path, cDIBSection& dib) {
     if (endsWithNoCase(path, "jpg") || endsWithNoCase(path, "jpeg")) {
         if (LoadJPG(dib, path)) return true;
     }
     const PictureFile file = LoadPictureFile(path, env_);
     if (!file.picture) {
-        const std::string description = file.message    ? file.message->text
+        const std::string description = file.message           ? file.message->text
                                         : dateiVorhanden(path) ? "Format nicht lesbar"
                                                                : "Datei nicht vorhanden";
-        logLine(env_.log, "FrmBildviewer - erzeugeThumbNail --> Fehler beim laden: " + path + "  " + description);
+        logLine(env_.log, "FrmBildviewer - erzeugeThumbNail --> Fehler beim laden: " + path + "  " +
+                              description);
         return false;
     }
     dib = *file.picture.Handle();
     const std::string copy = panoTempName(dir_, path, kCopyPrefix);
-    if (!SaveJPG(dib, copy, kPanoJpegQuality, env_)) return fail(notSavedMessage(env_.language, copy));
+    if (!SaveJPG(dib, copy, kPanoJpegQuality, env_))
+        return fail(notSavedMessage(env_.language, copy));
     return true;
 }
 
@@ -106,15 +115,18 @@ bool ImportRun::importOne(const std::string& path) {
 
     status("Skalieren:" + name);
     const int height = std::max(1, targetHeight_);
-    const int width = std::max(1, roundEven(static_cast<double>(dib.Width()) * height / dib.Height()));
+    const int width =
+        std::max(1, roundEven(static_cast<double>(dib.Width()) * height / dib.Height()));
     cDIBSection reduced;
-    if (!smoothResize(dib, reduced, width, height)) return fail(notSavedMessage(env_.language, path));
+    if (!smoothResize(dib, reduced, width, height))
+        return fail(notSavedMessage(env_.language, path));
     step();
     if (cancelled()) return false;
 
     const std::string target = panoTempName(dir_, path, kReducedPrefix);
     status("Speichern:" + name);
-    if (!SaveJPG(reduced, target, kPanoJpegQuality, env_)) return fail(notSavedMessage(env_.language, target));
+    if (!SaveJPG(reduced, target, kPanoJpegQuality, env_))
+        return fail(notSavedMessage(env_.language, target));
     step();
     PanoBild record;
     record.datei = path;
@@ -123,15 +135,36 @@ bool ImportRun::importOne(const std::string& path) {
     return !cancelled();
 }
 
+// The working copies are named after the file name alone: two different
+// sources of one name would overwrite each other's copy and the row would
+// silently show one photo twice.
+std::string sharedWorkingName(const std::vector<std::string>& paths, const std::string& dir) {
+    std::map<std::string, std::string> seen;  // working copy -> source
+    for (const std::string& path : paths) {
+        const auto [it, fresh] = seen.emplace(panoTempName(dir, path, kReducedPrefix), path);
+        if (!fresh && it->second != path) return fileName(path);
+    }
+    return {};
+}
+
 ImportResult ImportRun::run() {
     status("Starte Import:");
     if (cb_.progress) cb_.progress(0);
+    if (const std::string name = sharedWorkingName(paths_, dir_); !name.empty()) {
+        result_.message = tr(env_.language, "Zwei Bilder haben denselben Dateinamen: ",
+                             "Two pictures have the same file name: ") +
+                          name +
+                          tr(env_.language, ". Bitte benennen Sie eines der Bilder um.",
+                             ". Please rename one of them.");
+        return result_;
+    }
     std::error_code ec;
     std::filesystem::create_directories(dir_ + "PanoTemp", ec);
     if (ec || !std::filesystem::is_directory(dir_ + "PanoTemp")) {
-        result_.message = tr(env_.language, "Der Ordner kann nicht angelegt werden: ",
-                             "The folder cannot be created: ") +
-                          dir_ + "PanoTemp";
+        result_.message =
+            tr(env_.language,
+               "Der Ordner kann nicht angelegt werden: ", "The folder cannot be created: ") +
+            dir_ + "PanoTemp";
         return result_;
     }
     status("Import Bilder");
@@ -149,7 +182,8 @@ ImportResult ImportRun::run() {
 int importTargetHeight(int viewHeight) { return roundEven(viewHeight * 1.2); }
 
 std::string sameSizeMessage(Language) {
-    return "Brindlesee panorama check that not all images have the same size. Rezise the images or use "
+    return "Brindlesee panorama check that not all images have the same size. Rezise the images or "
+           "use "
            "other images with the same size.";
 }
 

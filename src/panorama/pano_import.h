@@ -31,7 +31,7 @@ struct ImportResult {
     // the source path; the reduced pictures are panoTempName(.., "BSPano").
     std::vector<PanoBild> records;
     std::vector<std::string> reduced;
-    int width = 0;   // size of the source pictures
+    int width = 0;  // size of the source pictures
     int height = 0;
 };
 

@@ -74,7 +74,8 @@ bool decodePanoProject(std::string_view bytes, std::vector<PanoBild>& records, s
     return true;
 }
 
-IoResult writePanoProject(const std::string& programDirectory, const std::vector<PanoBild>& records) {
+IoResult writePanoProject(const std::string& programDirectory,
+                          const std::vector<PanoBild>& records) {
     IoResult result;
     std::string bytes;
     if (!encodePanoProject(records, bytes, result.error)) return result;

@@ -31,7 +31,8 @@ bool encodePanoProject(const std::vector<PanoBild>& records, std::string& out, s
 bool decodePanoProject(std::string_view bytes, std::vector<PanoBild>& records, std::string& error);
 
 // Creates "PanoTemp" when needed and replaces the file atomically.
-IoResult writePanoProject(const std::string& programDirectory, const std::vector<PanoBild>& records);
+IoResult writePanoProject(const std::string& programDirectory,
+                          const std::vector<PanoBild>& records);
 IoResult readPanoProject(const std::string& programDirectory, std::vector<PanoBild>& records);
 
 }  // namespace brindle::panorama

@@ -13,6 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string out;
     if (!brindle::panorama::encodePanoProject(records, out, error)) return 0;
     std::vector<brindle::panorama::PanoBild> again;
-    if (!brindle::panorama::decodePanoProject(out, again, error) || again != records) __builtin_trap();
+    if (!brindle::panorama::decodePanoProject(out, again, error) || again != records)
+        __builtin_trap();
     return 0;
 }

@@ -1,11 +1,11 @@
 #include "panorama/overlap_search.h"
-#include "panorama/overlap_kernel.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <vector>
 
+#include "panorama/overlap_kernel.h"
 #include "synthetic_pictures.h"
 
 namespace {
@@ -21,13 +21,13 @@ using brindle::panorama::storeMatch;
 using brindle::test::setPixel;
 
 ::testing::AssertionResult sameResult(const OverlapResult& a, const OverlapResult& b) {
-    if (a.found == b.found && a.stopped == b.stopped && a.problem == b.problem && a.xVersatz == b.xVersatz &&
-        a.yVersatz == b.yVersatz && a.sum == b.sum && a.pass == b.pass)
+    if (a.found == b.found && a.stopped == b.stopped && a.problem == b.problem &&
+        a.xVersatz == b.xVersatz && a.yVersatz == b.yVersatz && a.sum == b.sum && a.pass == b.pass)
         return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure()
-           << "fast: found " << a.found << " x " << a.xVersatz << " y " << a.yVersatz << " sum " << a.sum
-           << " pass " << a.pass << "; scalar: found " << b.found << " x " << b.xVersatz << " y " << b.yVersatz
-           << " sum " << b.sum << " pass " << b.pass;
+           << "fast: found " << a.found << " x " << a.xVersatz << " y " << a.yVersatz << " sum "
+           << a.sum << " pass " << a.pass << "; scalar: found " << b.found << " x " << b.xVersatz
+           << " y " << b.yVersatz << " sum " << b.sum << " pass " << b.pass;
 }
 
 // Both searches, with one and two workers, must give `expected`.
@@ -126,11 +126,12 @@ TEST(OverlapSearch, FastSearchEqualsThePlainOneOnRandomPictures) {
         const cDIBSection b = brindle::test::uniformNoise(w, h, rng, levels);
         const int first = std::uniform_int_distribution<int>(0, w - 1)(rng);
         const int last = std::uniform_int_distribution<int>(first, w - 1)(rng);
-        SCOPED_TRACE(::testing::Message() << "round " << round << " " << w << "x" << h << " band " << first
-                                          << ".." << last << " levels " << levels);
+        SCOPED_TRACE(::testing::Message() << "round " << round << " " << w << "x" << h << " band "
+                                          << first << ".." << last << " levels " << levels);
         const OverlapResult scalar = findOverlapScalar(a, b, {first, last});
         ASSERT_TRUE(scalar.found);
-        for (int threads : {1, 2, 3}) EXPECT_TRUE(sameResult(findOverlap(a, b, {first, last}, nullptr, threads), scalar));
+        for (int threads : {1, 2, 3})
+            EXPECT_TRUE(sameResult(findOverlap(a, b, {first, last}, nullptr, threads), scalar));
     }
 }
 
@@ -147,7 +148,8 @@ TEST(OverlapSearch, EveryKernelGivesThePlainSums) {
             brindle::panorama::RefColumn ref;
             for (auto& channel : ref) {
                 channel.resize(77);
-                for (int& v : channel) v = levels == 2 ? 255 * (rng() % 2) : static_cast<int>(rng() % 256);
+                for (int& v : channel)
+                    v = levels == 2 ? 255 * (rng() % 2) : static_cast<int>(rng() % 256);
             }
             std::vector<std::uint64_t> plain(41u * w);
             brindle::panorama::columnSums(other, ref, 0, 0, w - 1, plain, SumKernel::Portable);
@@ -158,7 +160,8 @@ TEST(OverlapSearch, EveryKernelGivesThePlainSums) {
                 brindle::panorama::columnSums(other, ref, -3, 0, w - 1, sums, kernel);
                 for (int k = 0; k < 41; ++k)
                     for (int x = 0; x < w; ++x)
-                        ASSERT_EQ(sums[k * (w + 3) + x + 3], plain[k * w + x]) << "k " << k << " x " << x;
+                        ASSERT_EQ(sums[k * (w + 3) + x + 3], plain[k * w + x])
+                            << "k " << k << " x " << x;
                 EXPECT_EQ(sums[0], 7u);
             }
         }
@@ -170,7 +173,8 @@ TEST(OverlapSearch, StopWordAndUnsuitablePairsGiveNoMatch) {
     const cDIBSection a = brindle::test::uniformNoise(80, 60, rng);
     const cDIBSection b = brindle::test::uniformNoise(80, 60, rng);
     std::atomic<bool> stop{true};
-    for (const OverlapResult& r : {findOverlapScalar(a, b, {40, 70}, &stop), findOverlap(a, b, {40, 70}, &stop)}) {
+    for (const OverlapResult& r :
+         {findOverlapScalar(a, b, {40, 70}, &stop), findOverlap(a, b, {40, 70}, &stop)}) {
         EXPECT_FALSE(r.found);
         EXPECT_TRUE(r.stopped);
         PanoBild record;
@@ -182,8 +186,10 @@ TEST(OverlapSearch, StopWordAndUnsuitablePairsGiveNoMatch) {
     EXPECT_EQ(findOverlap(a, lower, {40, 70}).problem, "the pictures of the pair differ in height");
     EXPECT_EQ(findOverlap(a, b, {40, 80}).problem, "the search band lies outside the left picture");
     EXPECT_EQ(findOverlap(a, b, {50, 40}).problem, "the search band lies outside the left picture");
-    EXPECT_EQ(findOverlap(a, narrow, {40, 70}).problem, "the search band is wider than the right picture");
-    EXPECT_EQ(findOverlapScalar(a, cDIBSection{}, {40, 70}).problem, "a picture of the pair is empty");
+    EXPECT_EQ(findOverlap(a, narrow, {40, 70}).problem,
+              "the search band is wider than the right picture");
+    EXPECT_EQ(findOverlapScalar(a, cDIBSection{}, {40, 70}).problem,
+              "a picture of the pair is empty");
 }
 
 }  // namespace

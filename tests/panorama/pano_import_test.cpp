@@ -1,5 +1,4 @@
 #include "panorama/pano_import.h"
-#include "panorama/pair_match.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +6,7 @@
 
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
+#include "panorama/pair_match.h"
 #include "support/temp_home.h"
 #include "synthetic_pictures.h"
 
@@ -15,8 +15,8 @@ namespace {
 using brindle::cDIBSection;
 using brindle::panorama::balanceYOffsets;
 using brindle::panorama::ImportCallbacks;
-using brindle::panorama::ImportResult;
 using brindle::panorama::importPictures;
+using brindle::panorama::ImportResult;
 using brindle::panorama::PanoBild;
 
 // Left half one colour, right half another, so the reduced picture can be
@@ -29,7 +29,7 @@ cDIBSection twoColours(int w, int h) {
 }
 
 class PanoImport : public brindle::test::TempHomeTest {
-protected:
+  protected:
     std::string jpeg(const std::string& name, const cDIBSection& dib) {
         std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
         EXPECT_TRUE(brindle::SaveJPG(dib, path(name), 95));
@@ -39,7 +39,9 @@ protected:
         ImportCallbacks cb;
         cb.status = [this](const std::string& s) { statuses.push_back(s); };
         cb.progress = [this](int p) { progress.push_back(p); };
-        cb.cancelled = [this] { return cancelAt >= 0 && static_cast<int>(statuses.size()) >= cancelAt; };
+        cb.cancelled = [this] {
+            return cancelAt >= 0 && static_cast<int>(statuses.size()) >= cancelAt;
+        };
         brindle::ImageEnv env;
         env.language = brindle::Language::German;
         env.log = [this](const std::string& line) { log.push_back(line); };
@@ -63,10 +65,11 @@ TEST_F(PanoImport, ReducesEachPictureToTheTargetHeightAsBSPano) {
     const std::string c = jpeg("fotos/c.jpg", twoColours(300, 200));
     const ImportResult result = run({a, b, c});
     ASSERT_TRUE(result.ok) << result.message;
-    EXPECT_EQ(statuses, (std::vector<std::string>{"Starte Import:", "Import Bilder", "Lade:a.jpg", "Skalieren:a.jpg",
-                                                  "Speichern:a.jpg", "Lade:b.JPEG", "Skalieren:b.JPEG",
-                                                  "Speichern:b.JPEG", "Lade:c.jpg", "Skalieren:c.jpg",
-                                                  "Speichern:c.jpg", "Fertig"}));
+    EXPECT_EQ(statuses,
+              (std::vector<std::string>{"Starte Import:", "Import Bilder", "Lade:a.jpg",
+                                        "Skalieren:a.jpg", "Speichern:a.jpg", "Lade:b.JPEG",
+                                        "Skalieren:b.JPEG", "Speichern:b.JPEG", "Lade:c.jpg",
+                                        "Skalieren:c.jpg", "Speichern:c.jpg", "Fertig"}));
     // 950 / 3 / 3 - 1 per step.
     EXPECT_EQ(progress, (std::vector<int>{0, 105, 209, 314, 418, 523, 627, 732, 836, 941, 1000}));
     EXPECT_EQ(result.width, 300);
@@ -74,7 +77,8 @@ TEST_F(PanoImport, ReducesEachPictureToTheTargetHeightAsBSPano) {
     ASSERT_EQ(result.records.size(), 3u);
     EXPECT_EQ(result.records[1].datei, b);
     EXPECT_EQ(result.records[1].gematcht, 0);
-    EXPECT_EQ(result.reduced, (std::vector<std::string>{home() + "PanoTemp/BSPanoa.jpg", home() + "PanoTemp/BSPanob.jpg",
+    EXPECT_EQ(result.reduced, (std::vector<std::string>{home() + "PanoTemp/BSPanoa.jpg",
+                                                        home() + "PanoTemp/BSPanob.jpg",
                                                         home() + "PanoTemp/BSPanoc.jpg"}));
     for (const std::string& reducedPath : result.reduced) {
         cDIBSection reduced;
@@ -96,7 +100,8 @@ TEST_F(PanoImport, APictureOfAnotherSizeStopsTheRunWithTheMessage) {
     EXPECT_FALSE(result.ok);
     EXPECT_FALSE(result.cancelled);
     EXPECT_EQ(result.message,
-              "Brindlesee panorama check that not all images have the same size. Rezise the images or use other "
+              "Brindlesee panorama check that not all images have the same size. Rezise the images "
+              "or use other "
               "images with the same size.");
     EXPECT_EQ(brindle::panorama::sameSizeMessage(brindle::Language::English), result.message);
     EXPECT_EQ(statuses.back(), "Lade:b.jpg");
@@ -119,6 +124,42 @@ TEST_F(PanoImport, APngSourceIsKeptAsABScopyJpegFirst) {
     EXPECT_EQ(reduced.Width(), 120);
     EXPECT_EQ(reduced.Height(), 80);
     EXPECT_EQ(result.records[0].datei, path("Strand.png"));
+}
+
+TEST_F(PanoImport, AWorkingCopyThatCannotBeWrittenStopsTheRun) {
+    ASSERT_TRUE(brindle::SaveDIBFile(twoColours(40, 30), path("Strand.png"), 0));
+    const std::string a = jpeg("a.jpg", twoColours(40, 30));
+    // Folders standing where the working copies go.
+    std::filesystem::create_directories(home() + "PanoTemp/BScopyStrand.jpg");
+    ImportResult result = run({a, path("Strand.png")}, 20);
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.message,
+              "Das Bild kann nicht gespeichert werden: " + home() + "PanoTemp/BScopyStrand.jpg");
+    EXPECT_EQ(statuses.back(), "Lade:Strand.png");
+
+    std::filesystem::remove(home() + "PanoTemp/BSPanoa.jpg");  // written by the first run
+    std::filesystem::create_directories(home() + "PanoTemp/BSPanoa.jpg");
+    statuses.clear();
+    result = run({a});
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.message,
+              "Das Bild kann nicht gespeichert werden: " + home() + "PanoTemp/BSPanoa.jpg");
+    EXPECT_EQ(statuses.back(), "Speichern:a.jpg");
+    EXPECT_TRUE(result.records.empty());
+}
+
+TEST_F(PanoImport, TwoSourcesOfOneFileNameAreRefusedBeforeAnythingIsWritten) {
+    const std::string a = jpeg("tag1/DSC_0001.jpg", twoColours(40, 30));
+    const std::string b = jpeg("tag2/DSC_0001.jpg", twoColours(40, 30));
+    ImportResult result = run({a, b}, 20);
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.message,
+              "Zwei Bilder haben denselben Dateinamen: DSC_0001.jpg. Bitte benennen Sie eines der "
+              "Bilder um.");
+    EXPECT_EQ(statuses, std::vector<std::string>{"Starte Import:"});
+    EXPECT_FALSE(std::filesystem::exists(home() + "PanoTemp"));
+    // The same file twice has one working copy and is taken.
+    EXPECT_TRUE(run({a, a}, 20).ok);
 }
 
 TEST_F(PanoImport, UnreadablePicturesAreLeftOutWithALogLine) {
@@ -160,11 +201,12 @@ TEST_F(PanoImport, CancelAndABlockedFolderStopTheRun) {
 TEST_F(PanoImport, PairsOfTheImportedRowAreMatchedOnTheReducedPictures) {
     const cDIBSection wide = brindle::test::landscape(560, 200, 11);
     const int xs[] = {0, 131, 272};  // inside the default band 120 .. 215
-    const int ys[] = {30, 23, 35};  // steps of -7 and +12 rows
+    const int ys[] = {30, 23, 35};   // steps of -7 and +12 rows
     std::vector<std::string> paths;
     for (int i = 0; i < 3; ++i) {
         paths.push_back(path("t" + std::to_string(i) + ".png"));
-        ASSERT_TRUE(brindle::SaveDIBFile(brindle::test::cut(wide, xs[i], ys[i], 240, 150), paths.back(), 0));
+        ASSERT_TRUE(brindle::SaveDIBFile(brindle::test::cut(wide, xs[i], ys[i], 240, 150),
+                                         paths.back(), 0));
     }
     ImportResult imported = run(paths, 150);
     ASSERT_TRUE(imported.ok) << imported.message;
@@ -193,6 +235,12 @@ TEST_F(PanoImport, PairsOfTheImportedRowAreMatchedOnTheReducedPictures) {
     EXPECT_EQ(missing.problem.rfind(home() + "PanoTemp/BSPanot2.jpg: ", 0), 0u) << missing.problem;
     EXPECT_EQ(records[2].gematcht, 0);
     EXPECT_EQ(times.size(), 2u);
+}
+
+TEST(PanoImportSize, PicturesAreMadeATimesOnePointTwoTheViewHeight) {
+    EXPECT_EQ(brindle::panorama::importTargetHeight(500), 600);
+    EXPECT_EQ(brindle::panorama::importTargetHeight(333), 400);  // 399.6
+    EXPECT_EQ(brindle::panorama::importTargetHeight(0), 0);
 }
 
 TEST(BalanceYOffsets, TakesTheRoundedMeanOutOfThePredecessorsOffset) {

@@ -34,7 +34,8 @@ inline cDIBSection landscape(int width, int height, unsigned seed = 7) {
             const bool ground = y > hill;
             const int base = ground ? 60 + (x * 5 + y * 3) % 90 : 200 - (y * 120) / height;
             setPixel(dib, x, y, std::min(255, base + grain(rng) + (ground ? 0 : 30)),
-                     std::min(255, base + grain(rng) + (ground ? 40 : 10)), std::min(255, base / 2 + grain(rng)));
+                     std::min(255, base + grain(rng) + (ground ? 40 : 10)),
+                     std::min(255, base / 2 + grain(rng)));
         }
     }
     return dib;
