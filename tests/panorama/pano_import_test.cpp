@@ -48,7 +48,7 @@ class PanoImport : public brindle::test::TempHomeTest {
         return importPictures(paths, targetHeight, home(), env, cb);
     }
     static void expectColour(const cDIBSection& dib, int x, int y, int b, int g, int r) {
-        const std::uint8_t* p = brindle::test::pixelAt(dib, x, y);
+        const std::uint8_t* p = brindle::test::pixelBytes(dib, x, y);
         EXPECT_NEAR(p[0], b, 3) << "at " << x << "," << y;
         EXPECT_NEAR(p[1], g, 3) << "at " << x << "," << y;
         EXPECT_NEAR(p[2], r, 3) << "at " << x << "," << y;

@@ -22,8 +22,8 @@ namespace {
                                              << " but got " << got.Width() << "x" << got.Height();
     for (int y = 0; y < want.Height(); ++y)
         for (int x = 0; x < want.Width(); ++x) {
-            const std::uint8_t* a = test::pixelAt(want, x, y);
-            const std::uint8_t* b = test::pixelAt(got, x, y);
+            const std::uint8_t* a = test::pixelBytes(want, x, y);
+            const std::uint8_t* b = test::pixelBytes(got, x, y);
             if (a[0] != b[0] || a[1] != b[1] || a[2] != b[2])
                 return ::testing::AssertionFailure()
                        << "first difference at " << x << "," << y << ": expected " << int(a[0]) << ","

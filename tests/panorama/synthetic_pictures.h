@@ -10,7 +10,8 @@
 
 namespace brindle::test {
 
-// Writes one pixel, y counted from the top as a viewer sees it.
+// Writes one pixel, y counted from the top as a viewer sees it. (The
+// names differ from image_compare.h's, which the same tests link.)
 inline void setPixel(cDIBSection& dib, int x, int y, int b, int g, int r) {
     std::uint8_t* p = dib.rowBits(dib.Height() - 1 - y) + 3 * x;
     p[0] = static_cast<std::uint8_t>(b);
@@ -18,7 +19,7 @@ inline void setPixel(cDIBSection& dib, int x, int y, int b, int g, int r) {
     p[2] = static_cast<std::uint8_t>(r);
 }
 
-inline const std::uint8_t* pixelAt(const cDIBSection& dib, int x, int y) {
+inline const std::uint8_t* pixelBytes(const cDIBSection& dib, int x, int y) {
     return dib.rowBits(dib.Height() - 1 - y) + 3 * x;
 }
 
@@ -64,7 +65,7 @@ inline cDIBSection cut(const cDIBSection& src, int x, int y, int w, int h) {
     dib.Create(w, h);
     for (int row = 0; row < h; ++row)
         for (int col = 0; col < w; ++col) {
-            const std::uint8_t* p = pixelAt(src, x + col, y + row);
+            const std::uint8_t* p = pixelBytes(src, x + col, y + row);
             setPixel(dib, col, row, p[0], p[1], p[2]);
         }
     return dib;
