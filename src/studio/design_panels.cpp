@@ -1,4 +1,5 @@
 #include "studio/design_panels.h"
+#include "studio/panel_controls.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -14,23 +15,10 @@ namespace brindle::studio {
 
 namespace {
 
-QVBoxLayout* pageLayout(QWidget* page) { return static_cast<QVBoxLayout*>(page->layout()); }
-
-template <class T>
-T* child(QWidget* page, const char* name) {
-    return page->findChild<T*>(QString::fromUtf8(name));
-}
-
-int valueOf(QWidget* page, const char* name) {
-    if (auto* box = child<QSpinBox>(page, name)) return box->value();
-    if (auto* slider = child<QSlider>(page, name)) return slider->value();
-    return 0;
-}
-
-bool checked(QWidget* page, const char* name) {
-    auto* button = child<QAbstractButton>(page, name);
-    return button && button->isChecked();
-}
+using panel::checked;
+using panel::child;
+using panel::pageLayout;
+using panel::valueOf;
 
 }  // namespace
 

@@ -8,28 +8,16 @@
 #include <QVBoxLayout>
 
 #include "studio/design_panels.h"
+#include "studio/panel_controls.h"
 
 namespace brindle::studio {
 
 namespace {
 
-QVBoxLayout* pageLayout(QWidget* page) { return static_cast<QVBoxLayout*>(page->layout()); }
-
-template <class T>
-T* child(QWidget* page, const char* name) {
-    return page->findChild<T*>(QString::fromUtf8(name));
-}
-
-int valueOf(QWidget* page, const char* name) {
-    if (auto* box = child<QSpinBox>(page, name)) return box->value();
-    if (auto* slider = child<QSlider>(page, name)) return slider->value();
-    return 0;
-}
-
-bool checked(QWidget* page, const char* name) {
-    auto* button = child<QAbstractButton>(page, name);
-    return button && button->isChecked();
-}
+using panel::checked;
+using panel::child;
+using panel::pageLayout;
+using panel::valueOf;
 
 QRadioButton* option(QWidget* page, Captions& captions, const char* name, const char* german, const char* english,
                      bool on) {
