@@ -219,17 +219,7 @@ void ResizeWindow::run() {
     cancel_ = false;
     updateEnabled();
     progress_->setValue(0);
-    BatchCallbacks callbacks;
-    callbacks.status = [this](const std::string& s) {
-        postToGui(this, [this, s] { lblStatus_->setText(QDir::toNativeSeparators(QString::fromStdString(s))); });
-    };
-    callbacks.progress = [this](int done, int total) {
-        postToGui(this, [this, done, total] {
-            progress_->setMaximum(std::max(1, total));
-            progress_->setValue(done);
-        });
-    };
-    callbacks.cancelled = [this] { return cancel_.load(); };
+    const auto callbacks = windowFeedback<BatchCallbacks>(this, lblStatus_, progress_, cancel_);
     BatchResult result;
     const Language lang = language_;
     runOffGuiThread([&] { result = resizePictures(pictures_, o, prompter_, lang, callbacks); });

@@ -215,17 +215,7 @@ void SplitWindow::save() {
     cancel_ = false;
     updateEnabled();
     progress_->setValue(0);
-    SplitCallbacks callbacks;
-    callbacks.status = [this](const std::string& s) {
-        postToGui(this, [this, s] { lblStatus_->setText(QDir::toNativeSeparators(QString::fromStdString(s))); });
-    };
-    callbacks.progress = [this](int done, int total) {
-        postToGui(this, [this, done, total] {
-            progress_->setMaximum(std::max(1, total));
-            progress_->setValue(done);
-        });
-    };
-    callbacks.cancelled = [this] { return cancel_.load(); };
+    const auto callbacks = windowFeedback<SplitCallbacks>(this, lblStatus_, progress_, cancel_);
     SplitResult result;
     const Language lang = language_;
     runOffGuiThread([&] { result = splitPictures(pictures_, o, prompter_, lang, callbacks); });

@@ -3,9 +3,13 @@
 // done. Progress reaches the window through queued calls.
 #pragma once
 
+#include <QDir>
+#include <QLabel>
+#include <QProgressBar>
+#include <algorithm>
+#include <atomic>
 #include <functional>
-
-class QObject;
+#include <string>
 
 namespace brindle::studio {
 
@@ -15,5 +19,23 @@ void runOffGuiThread(const std::function<void()>& work);
 
 // Calls `fn` on the thread of `receiver` (queued; dropped when the receiver is gone).
 void postToGui(QObject* receiver, std::function<void()> fn);
+
+// A run's status lines, progress and cancel word wired to a window's label,
+// progress bar and flag. `Callbacks` has `status`, `progress` and `cancelled`.
+template <class Callbacks>
+Callbacks windowFeedback(QObject* window, QLabel* status, QProgressBar* bar, const std::atomic<bool>& cancel) {
+    Callbacks callbacks;
+    callbacks.status = [window, status](const std::string& s) {
+        postToGui(window, [status, s] { status->setText(QDir::toNativeSeparators(QString::fromStdString(s))); });
+    };
+    callbacks.progress = [window, bar](int done, int total) {
+        postToGui(window, [bar, done, total] {
+            bar->setMaximum(std::max(1, total));
+            bar->setValue(done);
+        });
+    };
+    callbacks.cancelled = [&cancel] { return cancel.load(); };
+    return callbacks;
+}
 
 }  // namespace brindle::studio
