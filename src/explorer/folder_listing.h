@@ -37,7 +37,7 @@ const std::string& mediaPatterns();
 bool matchesPatterns(const std::string& fileName, const std::string& patterns);
 
 // A media file (shown with a symbol, played rather than decoded).
-bool isMediaFile(const std::string& fileName);
+bool isMediaName(const std::string& fileName);
 
 // The sort keys of the list, named as the settings store them.
 enum class SortKey { Name, Size, Time };

@@ -76,8 +76,8 @@ TEST(FileFilters, PatternsIgnoreCase) {
     EXPECT_FALSE(matchesPatterns("jpg", "*.jpg"));
     EXPECT_TRUE(matchesPatterns("README", "*.*"));
     EXPECT_TRUE(matchesPatterns("t.pbmraw", picturePatterns()));
-    EXPECT_TRUE(isMediaFile("Song.MP3"));
-    EXPECT_FALSE(isMediaFile("song.mp4"));
+    EXPECT_TRUE(isMediaName("Song.MP3"));
+    EXPECT_FALSE(isMediaName("song.mp4"));
 }
 
 TEST_F(FolderListingTest, FiltersPickTheirFilesAndSkipFoldersAndHiddenOnes) {
