@@ -196,6 +196,15 @@ TEST_F(FileOperationsTest, DeleteMovesFilesToTheTrashAndDropsTheirThumbnails) {
     ::setenv("HOME", oldHome.c_str(), 1);
 }
 
+TEST_F(FileOperationsTest, TheTemplateFolderIsKnownByItsPlace) {
+    fs::create_directories(path("Vorlagen"));
+    fs::create_directories(path("pics"));
+    EXPECT_TRUE(isTemplateFolder(home(), path("Vorlagen")));
+    EXPECT_TRUE(isTemplateFolder(home(), path("pics/../Vorlagen/")));
+    EXPECT_FALSE(isTemplateFolder(home(), path("pics")));
+    EXPECT_FALSE(isTemplateFolder(home(), path("pics/Vorlagen")));
+}
+
 TEST_F(FileOperationsTest, RenameOneNeverReplacesAnotherFile) {
     writeBytes("pics/a.jpg", "a");
     writeBytes("pics/c.jpg", "c");
