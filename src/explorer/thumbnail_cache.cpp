@@ -133,6 +133,11 @@ std::string thumbnailPath(const std::string& programDirectory, const std::string
     return thumbnailFolder(programDirectory, folder) + name + ".jpg";
 }
 
+bool dropThumbnail(const std::string& programDirectory, const std::string& picturePath) {
+    const std::string path = thumbnailPath(programDirectory, picturePath);
+    return ::unlink(path.c_str()) == 0 || errno == ENOENT;
+}
+
 void thumbnailSize(int width, int height, int size, int& outWidth, int& outHeight) {
     size = std::clamp(size, 1, kMaxThumbnailSize);
     width = std::max(1, width);

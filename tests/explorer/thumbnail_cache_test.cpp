@@ -137,6 +137,17 @@ TEST_F(ThumbnailCacheTest, AnUnchangedPictureIsNotDecodedAgainAndANewerOneIsRema
     EXPECT_EQ(second.get(picture("a.jpg")).fromCache, true);
     EXPECT_EQ(second.decodes(), 1);
 
+    // A picture turned with its time kept has its thumbnail dropped.
+    EXPECT_TRUE(dropThumbnail(home(), picture("a.jpg")));
+    EXPECT_FALSE(std::filesystem::exists(thumb("a.jpg")));
+    EXPECT_TRUE(dropThumbnail(home(), picture("a.jpg"))) << "none left is fine";
+    EXPECT_FALSE(second.get(picture("a.jpg")).fromCache);
+    EXPECT_EQ(second.decodes(), 2);
+    std::filesystem::remove(thumb("a.jpg"));
+    std::filesystem::create_directories(thumb("a.jpg") + "/x");
+    EXPECT_FALSE(dropThumbnail(home(), picture("a.jpg"))) << "something in the way stays";
+    std::filesystem::remove_all(thumb("a.jpg"));
+
     // Another "Größe Thumbnails:" makes them again, at that size.
     const ThumbnailCache larger = cache(200);
     const Thumbnail big = larger.get(picture("a.jpg"));
