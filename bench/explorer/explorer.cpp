@@ -166,7 +166,8 @@ int openTwice(const std::string& home, const std::string& folder, int size, int 
     struct rusage usage {};
     ::getrusage(RUSAGE_SELF, &usage);
     std::printf("first40 %.3f all %.3f cpu %.3f warm %.3f warmcpu %.3f files %zu maxrss %ld\n",
-                cold.first40, cold.all, cold.cpu, warm.all, warm.cpu, files.size(), usage.ru_maxrss);
+                cold.first40, cold.all, cold.cpu, warm.all, warm.cpu, files.size(),
+                usage.ru_maxrss);
     if (warmCache.decodes() != 0) std::fprintf(stderr, "the warm opening decoded pictures\n");
     return cold.failed == 0 && warm.failed == 0 && warmCache.decodes() == 0 ? 0 : 1;
 }
@@ -178,7 +179,6 @@ int main(int argc, char** argv) {
     if (mode == "make" && argc == 4) return make(argv[2], std::atoi(argv[3]));
     if (mode == "open" && argc == 6)
         return openTwice(argv[2], argv[3], std::atoi(argv[4]), std::atoi(argv[5]));
-    std::fprintf(stderr,
-                 "usage: bench_explorer make DIR COUNT | open HOME FOLDER SIZE THREADS\n");
+    std::fprintf(stderr, "usage: bench_explorer make DIR COUNT | open HOME FOLDER SIZE THREADS\n");
     return 2;
 }

@@ -1,13 +1,12 @@
 #include "explorer/thumbnail_pool.h"
 
-#include "explorer/cache_folder.h"
-
 #include <condition_variable>
 #include <filesystem>
 #include <map>
 #include <mutex>
 #include <vector>
 
+#include "explorer/cache_folder.h"
 #include "support/temp_home.h"
 #include "thumbnail_test_support.h"
 
@@ -83,8 +82,8 @@ TEST(ThumbnailPool, JobsNearestTheVisibleRangeComeFirst) {
     pool.waitIdle();
 
     // The range top down, then outwards, the one below first on a tie.
-    const std::vector<int> order = {0, 10, 11, 12, 13, 9, 14, 8, 15, 7,
-                                    16, 6, 17, 5, 18, 4, 19, 3, 2, 1};
+    const std::vector<int> order = {0,  10, 11, 12, 13, 9, 14, 8, 15, 7,
+                                    16, 6,  17, 5,  18, 4, 19, 3, 2,  1};
     std::vector<std::string> expected;
     for (int i : order) expected.push_back("p" + std::to_string(i));
     EXPECT_EQ(maker.asked(), expected);
@@ -155,7 +154,8 @@ TEST_F(ThumbnailPoolFilesTest, TwoThreadsLeaveTheSameFilesAsOne) {
         settings.size = 100;
         const ThumbnailCache cache(home, settings);
         Delivered delivered;
-        ThumbnailPool pool([&](const std::string& p) { return cache.get(p); }, delivered.sink(), threads);
+        ThumbnailPool pool([&](const std::string& p) { return cache.get(p); }, delivered.sink(),
+                           threads);
         pool.setFolder(paths);
         pool.setVisibleRange(5, 8);
         pool.waitIdle();
