@@ -10,7 +10,10 @@ struct Reader {
     std::size_t size;
     bool take(std::size_t n) { return size >= n; }
     int u8() { return take(1) ? (--size, *data++) : 0; }
-    int i16() { return static_cast<std::int16_t>(u8() | (u8() << 8)); }
+    int i16() {
+        const int low = u8();
+        return static_cast<std::int16_t>(low | (u8() << 8));
+    }
 };
 
 }  // namespace
