@@ -31,6 +31,8 @@ int split(const Args& args);
 int pano(const Args& args);
 // Fills the explorer's thumbnail cache for a folder.
 int thumbs(const Args& args);
+// One picture from a scanner, or the list of scanners.
+int scan(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

@@ -55,6 +55,8 @@ const std::map<std::string, Command>& commands() {
         {"thumbs", {thumbs, "thumbs FOLDER [--size N] [--threads N] [--english|--german]\n"
                             "                       makes the explorer's missing and stale thumbnails of the\n"
                             "                       folder's pictures (N pixels, default 160) on both cores"}},
+        {"scan", {scan, "scan -o OUT.jpg [--device NAME] [--resolution DPI] | scan --list\n"
+                        "                       one picture from a scanner (SANE), or the scanners' names"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
