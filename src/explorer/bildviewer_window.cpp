@@ -12,6 +12,8 @@
 #include <QMenuBar>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStandardItemModel>
@@ -75,10 +77,10 @@ struct ModeEntry {
 };
 const ModeEntry kModes[] = {
     {ViewMode::Details, "mnuDetails", "Details", "Details"},
-    {ViewMode::Liste, "mnuListe", "Liste", "List"},
-    {ViewMode::KleineSymbole, "mnuKleineSymbole", "kleine Symbole", "Small icons"},
-    {ViewMode::GrosseSymbole, "mnuGrosseSymbole", "große Symbole", "Large icons"},
-    {ViewMode::Bildansicht, "mnuBildansicht", "Bildansicht", "Picture view"},
+    {ViewMode::List, "mnuListe", "Liste", "List"},
+    {ViewMode::SmallIcons, "mnuKleineSymbole", "kleine Symbole", "Small icons"},
+    {ViewMode::LargeIcons, "mnuGrosseSymbole", "große Symbole", "Large icons"},
+    {ViewMode::Picture, "mnuBildansicht", "Bildansicht", "Picture view"},
 };
 
 // A plain glyph in a rounded frame, for the commands the style has no icon for.
@@ -100,7 +102,12 @@ QIcon glyphIcon(const char* glyph) {
 
 FrmBildviewer::FrmBildviewer(std::string programDirectory, std::string startFolder, Prompter& prompter,
                              Language language, QWidget* parent)
-    : QMainWindow(parent), programDirectory_(std::move(programDirectory)), prompter_(prompter), language_(language) {
+    : QMainWindow(parent),
+      programDirectory_(std::move(programDirectory)),
+      prompter_(prompter),
+      language_(language),
+      operations_(prompter, language,
+                  {[this](const std::string& s) { status(s); }, [](const std::string&) {}}) {
     setObjectName("FrmBildviewer");
     // A window of its own, also when another window opens it.
     setWindowFlag(Qt::Window, true);
@@ -171,12 +178,11 @@ void FrmBildviewer::buildMenus() {
     mnuSortieren_->setObjectName("mnuSortieren");
     // The sort keys of the old list, by name, size and time; the Details
     // view also sorts by any column head.
-    const std::pair<const char*, Column> keys[] = {
-        {"Sortname", Column::Name}, {"SortSize", Column::Size}, {"SortTime", Column::Modified}};
-    for (const auto& [name, column] : keys) {
+    const std::pair<SortKey, int> keys[] = {{SortKey::Name, kColName}, {SortKey::Size, kColSize}, {SortKey::Time, kColTime}};
+    for (const auto& [key, column] : keys) {
         QAction* a = mnuSortieren_->addAction(QString());
-        a->setObjectName(name);
-        const Column c = column;
+        a->setObjectName(sortKeyName(key));
+        const int c = column;
         connect(a, &QAction::triggered, this,
                 [this, c] { sortBy(c, c == sortColumn_ ? !sortDescending_ : false); });
     }
@@ -204,8 +210,7 @@ void FrmBildviewer::buildViews() {
     details_->header()->setSectionsClickable(true);
     details_->header()->setSortIndicatorShown(true);
     connect(details_->header(), &QHeaderView::sectionClicked, this, [this](int section) {
-        const auto c = static_cast<Column>(section);
-        sortBy(c, c == sortColumn_ ? !sortDescending_ : false);
+        sortBy(section, section == sortColumn_ ? !sortDescending_ : false);
     });
     ListView1_ = new QListView;
     ListView1_->setObjectName("ListView1");
@@ -303,6 +308,7 @@ void FrmBildviewer::buildViews() {
 
 void FrmBildviewer::setLanguage(Language language) {
     language_ = language;
+    operations_.setLanguage(language);
     applyTexts();
     fillModel();
     selectionChanged();
@@ -329,7 +335,7 @@ void FrmBildviewer::applyTexts() {
     lblPattern_->setText(QString::fromUtf8(t("Dateityp:", "File type:")));
     const int keep = patternIndex_;
     cmbPattern_->clear();
-    for (const PatternEntry& p : patternEntries(language_)) cmbPattern_->addItem(QString::fromStdString(p.text));
+    for (const FileFilter& f : fileFilters(language_)) cmbPattern_->addItem(QString::fromStdString(f.label));
     cmbPattern_->setCurrentIndex(keep);
     dialogButtons_->button(QDialogButtonBox::Ok)->setText("OK");
     dialogButtons_->button(QDialogButtonBox::Cancel)->setText(QString::fromUtf8(t("Abbrechen", "Cancel")));

@@ -20,7 +20,9 @@
 
 #include "album/language.h"
 #include "album/prompter.h"
-#include "explorer/bildviewer_rows.h"
+#include "explorer/explorer_options.h"
+#include "explorer/file_operations.h"
+#include "explorer/folder_listing.h"
 
 class QAbstractItemView;
 class QAction;
@@ -46,8 +48,6 @@ namespace brindle::explorer {
 
 class ThumbnailFeed;
 struct ThumbnailResult;
-
-enum class ViewMode { Details, Liste, KleineSymbole, GrosseSymbole, Bildansicht };
 
 class FrmBildviewer : public QMainWindow {
     Q_OBJECT
@@ -75,11 +75,12 @@ class FrmBildviewer : public QMainWindow {
     void selectFile(const std::string& path);
     const std::string& folder() const { return folder_; }
     std::vector<std::string> selectedFiles() const;
-    const std::vector<FileRow>& rows() const { return rows_; }
+    const std::vector<FileEntry>& rows() const { return rows_; }
 
     void setViewMode(ViewMode mode);
     ViewMode viewMode() const { return mode_; }
-    void sortBy(Column column, bool descending);
+    // By any column head; name, size and time are the sort keys the settings keep.
+    void sortBy(int column, bool descending);
     void setPattern(int index);
     int thumbnailSize() const { return thumbSize_; }
     // Rows whose thumbnail (or media symbol, or error picture) has arrived.
@@ -113,18 +114,19 @@ class FrmBildviewer : public QMainWindow {
     void startFeed();
     void replaceModel(QStandardItemModel* model);
     void applyViewMode();
+    void sortRows();
     void requestVisible();
     void deliver(ThumbnailResult&& result);
     void showThumbnail(std::uint64_t generation, int index, const QImage& image, int width, int height, bool media,
                        bool failed);
     void selectionChanged();
-    void showPreview(const FileRow* row);
+    void showPreview(const FileEntry* row);
     QAbstractItemView* currentView() const;
     std::vector<int> selectedRows() const;
 
     // bildviewer_window_media.cpp: the media preview.
     void buildMedia();
-    void showMedia(const FileRow* row);
+    void showMedia(const FileEntry* row);
 
     // bildviewer_window_commands.cpp: commands and file operations.
     void openContextMenu(const QPoint& pos);
@@ -152,20 +154,21 @@ class FrmBildviewer : public QMainWindow {
     std::function<void()> thumbnailHook_;
 
     std::string folder_;
-    std::vector<FileRow> rows_;           // in the order shown
+    std::vector<FileEntry> rows_;           // in the order shown
     std::vector<QIcon> icons_;            // per row; null until its thumbnail came
     std::vector<int> feedRows_;           // the row of each entry given to the feed
     int thumbsShown_ = 0;
-    ViewMode mode_ = ViewMode::GrosseSymbole;
-    Column sortColumn_ = Column::Name;
+    ViewMode mode_ = ViewMode::LargeIcons;
+    int sortColumn_ = kColName;
     bool sortDescending_ = false;
-    int patternIndex_ = 0;
-    int thumbSize_ = 96;
+    int patternIndex_ = kFilterAllPictures;
+    int thumbSize_ = 120;
+    ExplorerOptions options_;
+    FileOperations operations_;
     std::uint64_t generation_ = 0;
     std::vector<std::string> back_;
     std::vector<std::string> forward_;
-    std::vector<std::string> clipboard_;
-    bool cutMode_ = false;
+    ExplorerClipboard clipboard_;  // cutMode: its mode is Move
     std::string pendingSelection_;
     QImage preview_;
     int previewRequest_ = 0;

@@ -137,7 +137,7 @@ void FrmBildviewer::openTool(const std::string& tool) {
 void FrmBildviewer::properties() {
     const std::vector<std::string> files = selectedFiles();
     if (files.empty()) return;
-    for (const FileRow& row : rows_)
+    for (const FileEntry& row : rows_)
         if (row.path == files.front())
             prompter_.message(fileInfoText(row, language_), kButtonsOk | kIconInformation,
                               t("Eigenschaften", "Properties"));
@@ -148,8 +148,8 @@ void FrmBildviewer::fullView() {
     std::vector<std::string> pictures;
     int first = 0;
     // Several selected: those; one: the whole folder from it on.
-    for (const FileRow& row : rows_) {
-        if (row.media) continue;
+    for (const FileEntry& row : rows_) {
+        if (isMediaFile(row.name)) continue;
         const bool isSelected = std::find(selected.begin(), selected.end(), row.path) != selected.end();
         if (selected.size() > 1 && !isSelected) continue;
         if (selected.size() == 1 && isSelected) first = int(pictures.size());

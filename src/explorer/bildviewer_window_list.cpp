@@ -1,5 +1,8 @@
 // The list of FrmBildviewer: rows of the shown folder, its view modes and
 // order, and thumbnails that arrive from the worker threads.
+#include <QAction>
+#include <QComboBox>
+#include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLabel>
 #include <QListView>
@@ -99,11 +102,11 @@ void FrmBildviewer::selectFile(const std::string& path) {
 }
 
 void FrmBildviewer::refresh() {
-    const auto patterns = patternEntries(language_);
-    const std::string pattern = patterns[std::clamp(patternIndex_, 0, int(patterns.size()) - 1)].patterns;
+    const auto filters = fileFilters(language_);
+    const std::string pattern = filters[std::clamp(patternIndex_, 0, int(filters.size()) - 1)].patterns;
     // Names, sizes and times only: listing never opens a picture.
-    rows_ = listRows(folder_, pattern);
-    sortRows(rows_, sortColumn_, sortDescending_);
+    rows_ = listFolder(folder_, pattern).entries;
+    sortRows();
     icons_.assign(rows_.size(), QIcon());
     thumbsShown_ = 0;
     fillModel();
@@ -140,24 +143,24 @@ void FrmBildviewer::startFeed() {
 void FrmBildviewer::fillModel() {
     auto* model = new QStandardItemModel(int(rows_.size()), kColumnCount, this);
     QStringList heads;
-    for (int c = 0; c < kColumnCount; ++c)
-        heads << QString::fromStdString(columnHead(static_cast<Column>(c), language_));
+    for (const std::string& h : columnHeads(language_)) heads << QString::fromStdString(h);
     model->setHorizontalHeaderLabels(heads);
     for (int r = 0; r < int(rows_.size()); ++r) {
-        const FileRow& row = rows_[r];
+        const FileEntry& row = rows_[r];
         auto* name = new QStandardItem(QString::fromStdString(row.name));
         name->setData(r, kIndexRole);
-        name->setIcon(!icons_[r].isNull() ? icons_[r] : row.media ? mediaIcon() : waitingIcon());
+        name->setIcon(!icons_[r].isNull() ? icons_[r] : isMediaFile(row.name) ? mediaIcon() : waitingIcon());
         name->setToolTip(QString::fromStdString(row.name));
         model->setItem(r, 0, name);
+        const std::vector<std::string> texts = columnTexts(row, language_);
         for (int c = 1; c < kColumnCount; ++c) {
-            auto* cell = new QStandardItem(QString::fromStdString(cellText(row, static_cast<Column>(c))));
-            if (c == int(Column::Size) || c >= int(Column::Width)) cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            auto* cell = new QStandardItem(QString::fromStdString(texts[c]));
+            if (c == kColSize || c >= kColWidth) cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             model->setItem(r, c, cell);
         }
     }
     replaceModel(model);
-    details_->header()->setSortIndicator(int(sortColumn_), sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder);
+    details_->header()->setSortIndicator(sortColumn_, sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void FrmBildviewer::replaceModel(QStandardItemModel* model) {
@@ -173,15 +176,37 @@ void FrmBildviewer::replaceModel(QStandardItemModel* model) {
     details_->header()->resizeSection(0, 220);
 }
 
-void FrmBildviewer::sortBy(Column column, bool descending) {
+// Name, size and time by their keys; the other columns by their values,
+// equal ones by name.
+void FrmBildviewer::sortRows() {
+    const SortKey key = sortKeyForColumn(sortColumn_);
+    sortEntries(rows_, key, sortDescending_);
+    if (sortColumn_ == kColName || sortColumn_ == kColSize || sortColumn_ == kColTime) return;
+    sortEntries(rows_, key, false);
+    const int column = sortColumn_;
+    auto value = [column, this](const FileEntry& e) -> std::string {
+        return column == kColType ? fileTypeText(e.name, language_) : column == kColAttributes ? attributeText(e.permissions) : std::string();
+    };
+    auto number = [column](const FileEntry& e) -> std::int64_t {
+        return column == kColWidth ? e.width : column == kColHeight ? e.height : e.pixels();
+    };
+    const bool text = column == kColType || column == kColAttributes;
+    std::stable_sort(rows_.begin(), rows_.end(), [&](const FileEntry& a, const FileEntry& b) {
+        const FileEntry& x = sortDescending_ ? b : a;
+        const FileEntry& y = sortDescending_ ? a : b;
+        return text ? value(x) < value(y) : number(x) < number(y);
+    });
+}
+
+void FrmBildviewer::sortBy(int column, bool descending) {
     const std::vector<std::string> selected = selectedFiles();
-    sortColumn_ = column;
+    sortColumn_ = std::clamp(column, 0, kColumnCount - 1);
     sortDescending_ = descending;
     // The icons that came already go along with their rows.
     std::unordered_map<std::string, QIcon> arrived;
     for (int i = 0; i < int(rows_.size()); ++i)
         if (!icons_[i].isNull()) arrived.emplace(rows_[i].path, icons_[i]);
-    sortRows(rows_, column, descending);
+    sortRows();
     std::vector<QIcon> icons(rows_.size());
     for (int i = 0; i < int(rows_.size()); ++i)
         if (auto it = arrived.find(rows_[i].path); it != arrived.end()) icons[i] = it->second;
@@ -213,7 +238,7 @@ void FrmBildviewer::applyViewMode() {
     static const char* const names[] = {"mnuDetails", "mnuListe", "mnuKleineSymbole", "mnuGrosseSymbole",
                                         "mnuBildansicht"};
     findChild<QAction*>(names[int(mode_)])->setChecked(true);
-    picBild_->setVisible(mode_ == ViewMode::Bildansicht);
+    picBild_->setVisible(mode_ == ViewMode::Picture);
     if (mode_ == ViewMode::Details) {
         stack_->setCurrentWidget(details_);
         details_->setIconSize(QSize(20, 20));
@@ -223,21 +248,21 @@ void FrmBildviewer::applyViewMode() {
     ListView1_->setWrapping(true);
     ListView1_->setResizeMode(QListView::Adjust);
     ListView1_->setMovement(QListView::Static);
-    ListView1_->setWordWrap(mode_ == ViewMode::GrosseSymbole || mode_ == ViewMode::Bildansicht);
+    ListView1_->setWordWrap(mode_ == ViewMode::LargeIcons || mode_ == ViewMode::Picture);
     switch (mode_) {
-        case ViewMode::Liste:
+        case ViewMode::List:
             ListView1_->setViewMode(QListView::ListMode);
             ListView1_->setFlow(QListView::TopToBottom);
             ListView1_->setIconSize(QSize(20, 20));
             ListView1_->setGridSize(QSize(240, 26));
             break;
-        case ViewMode::KleineSymbole:
+        case ViewMode::SmallIcons:
             ListView1_->setViewMode(QListView::ListMode);
             ListView1_->setFlow(QListView::LeftToRight);
             ListView1_->setIconSize(QSize(40, 40));
             ListView1_->setGridSize(QSize(200, 48));
             break;
-        case ViewMode::Bildansicht:
+        case ViewMode::Picture:
             ListView1_->setViewMode(QListView::IconMode);
             ListView1_->setFlow(QListView::LeftToRight);
             ListView1_->setWrapping(false);
@@ -293,13 +318,13 @@ void FrmBildviewer::showThumbnail(std::uint64_t generation, int index, const QIm
     if (generation != generation_ || index < 0 || index >= int(feedRows_.size())) return;
     const int r = feedRows_[index];
     if (!icons_[r].isNull()) return;
-    FileRow& row = rows_[r];
+    FileEntry& row = rows_[r];
     icons_[r] = media ? mediaIcon() : failed || image.isNull() ? errorIcon() : QIcon(QPixmap::fromImage(image));
     row.width = width;
     row.height = height;
     model_->item(r, 0)->setIcon(icons_[r]);
-    for (Column c : {Column::Width, Column::Height, Column::Pixels})
-        model_->item(r, int(c))->setText(QString::fromStdString(cellText(row, c)));
+    const std::vector<std::string> texts = columnTexts(row, language_);
+    for (int c : {kColWidth, kColHeight, kColPixels}) model_->item(r, c)->setText(QString::fromStdString(texts[c]));
     ++thumbsShown_;
     emit thumbnailsChanged();
 }
@@ -323,21 +348,21 @@ void FrmBildviewer::selectionChanged() {
     const int r = current.isValid() && details_->selectionModel()->isRowSelected(current.row(), {})
                       ? current.row()
                       : selected.empty() ? -1 : selected.front();
-    const FileRow* row = r >= 0 && r < int(rows_.size()) ? &rows_[r] : nullptr;
+    const FileEntry* row = r >= 0 && r < int(rows_.size()) ? &rows_[r] : nullptr;
     TxtFileinfo_->setPlainText(row ? QString::fromStdString(fileInfoText(*row, language_)) : QString());
     showMedia(row);
     showPreview(row);
 }
 
 // The large picture of "Bildansicht", read on the preview thread.
-void FrmBildviewer::showPreview(const FileRow* row) {
+void FrmBildviewer::showPreview(const FileEntry* row) {
     const int request = ++previewRequest_;
-    if (mode_ != ViewMode::Bildansicht || !row) {
+    if (mode_ != ViewMode::Picture || !row) {
         preview_ = QImage();
         picBild_->clear();
         return;
     }
-    if (row->media) {
+    if (isMediaFile(row->name)) {
         preview_ = QImage();
         picBild_->setText(QString::fromStdString(row->name));
         return;

@@ -53,8 +53,8 @@ void FrmBildviewer::buildMedia() {
     });
 }
 
-void FrmBildviewer::showMedia(const FileRow* row) {
-    if (!row || !row->media) {
+void FrmBildviewer::showMedia(const FileEntry* row) {
+    if (!row || !isMediaFile(row->name)) {
         if (picMedia_->isVisible()) {
             player_->stop();
             player_->setSource(QUrl());

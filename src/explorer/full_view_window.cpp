@@ -40,7 +40,7 @@ FrmVollbildViewer::FrmVollbildViewer(std::vector<std::string> pictures, int firs
     : QWidget(parent, Qt::Window), pictures_(std::move(pictures)), language_(language) {
     setObjectName("FrmVollbildViewer");
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(QString::fromUtf8(tr(language_, "Vollbild", "Full screen")));
+    setWindowTitle(QString::fromUtf8(brindle::tr(language_, "Vollbild", "Full screen")));
     setFocusPolicy(Qt::StrongFocus);
     pool_.setMaxThreadCount(1);
     showPicture(first);
@@ -75,7 +75,7 @@ void FrmVollbildViewer::paintEvent(QPaintEvent*) {
     if (failed_) {
         p.setPen(Qt::white);
         p.drawText(rect(), Qt::AlignCenter,
-                   QString::fromUtf8(tr(language_, "Das Bild konnte nicht geladen werden.",
+                   QString::fromUtf8(brindle::tr(language_, "Das Bild konnte nicht geladen werden.",
                                         "The picture could not be loaded.")));
         return;
     }

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "explorer/bildviewer_rows.h"
+#include "explorer/folder_listing.h"
+#include "image/file_stamp.h"
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
 #include "image/reduce.h"
