@@ -144,7 +144,6 @@ bool matchesPatterns(const std::string& fileName, const std::string& patterns) {
     return false;
 }
 
-bool isMediaFile(const std::string& fileName) { return matchesPatterns(fileName, mediaPatterns()); }
 
 const char* sortKeyName(SortKey key) {
     switch (key) {

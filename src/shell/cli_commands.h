@@ -29,6 +29,8 @@ int resize(const Args& args);
 int split(const Args& args);
 // Stitches overlapping pictures into one panorama JPEG.
 int pano(const Args& args);
+// Fills the explorer's thumbnail cache for a folder.
+int thumbs(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

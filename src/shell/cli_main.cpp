@@ -52,6 +52,9 @@ const std::map<std::string, Command>& commands() {
         {"pano", {pano, "pano PICTURE... -o OUT.jpg [--360] [--smooth N] [--crop] [--no-gain] [--padding]\n"
                         "                       [--balance] stitches overlapping pictures of one size into\n"
                         "                       one panorama"}},
+        {"thumbs", {thumbs, "thumbs FOLDER [--size N] [--threads N] [--english|--german]\n"
+                            "                       makes the explorer's missing and stale thumbnails of the\n"
+                            "                       folder's pictures (N pixels, default 160) on both cores"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
