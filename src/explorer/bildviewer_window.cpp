@@ -23,9 +23,8 @@
 #include <QToolBar>
 #include <QTreeView>
 #include <QVBoxLayout>
-#include <thread>
 
-#include "explorer/thumbnail_feed.h"
+#include "explorer/thumbnail_pool.h"
 
 namespace brindle::explorer {
 
@@ -107,16 +106,14 @@ FrmBildviewer::FrmBildviewer(std::string programDirectory, std::string startFold
       prompter_(prompter),
       language_(language),
       operations_(prompter, language,
-                  {[this](const std::string& s) { status(s); }, [](const std::string&) {}}) {
+                  {[this](const std::string& s) { status(s); }, [this](const std::string& p) { dropThumbnail(p); }}) {
     setObjectName("FrmBildviewer");
     // A window of its own, also when another window opens it.
     setWindowFlag(Qt::Window, true);
-    const int threads = std::max(2u, std::thread::hardware_concurrency());
     previewPool_.setMaxThreadCount(1);
-    feed_ = std::make_unique<ThumbnailFeed>(programDirectory_, threads,
-                                            [this](ThumbnailResult&& r) { deliver(std::move(r)); });
     build();
     loadSettings();
+    makePool();
     applyTexts();
     applyViewMode();
     resize(1100, 720);
@@ -125,7 +122,7 @@ FrmBildviewer::FrmBildviewer(std::string programDirectory, std::string startFold
 
 FrmBildviewer::~FrmBildviewer() {
     // Workers and preview reads end before the widgets they report to.
-    feed_.reset();
+    pool_.reset();
     previewPool_.waitForDone();
 }
 

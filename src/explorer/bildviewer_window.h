@@ -46,7 +46,8 @@ class QWidget;
 
 namespace brindle::explorer {
 
-class ThumbnailFeed;
+class ThumbnailCache;
+class ThumbnailPool;
 struct ThumbnailResult;
 
 class FrmBildviewer : public QMainWindow {
@@ -68,7 +69,8 @@ class FrmBildviewer : public QMainWindow {
     void setLanguage(Language language);
     void setToolOpener(ToolOpener opener) { toolOpener_ = std::move(opener); }
     // Called on the thread that made each thumbnail, before it is shown.
-    void setThumbnailHook(std::function<void()> hook) { thumbnailHook_ = std::move(hook); }
+    // Set it before the first folder is shown.
+    void setThumbnailHook(std::function<void()> hook) { *thumbnailHook_ = std::move(hook); }
 
     void showFolder(const std::string& folder, bool remember = true);
     // Shows the file's folder with the file selected.
@@ -116,9 +118,11 @@ class FrmBildviewer : public QMainWindow {
     void applyViewMode();
     void sortRows();
     void requestVisible();
+    void makePool();
     void deliver(ThumbnailResult&& result);
-    void showThumbnail(std::uint64_t generation, int index, const QImage& image, int width, int height, bool media,
-                       bool failed);
+    void showThumbnail(std::uint64_t generation, std::size_t index, const QImage& image, int width, int height,
+                       bool failed, const std::string& message);
+    void dropThumbnail(const std::string& picture);
     void selectionChanged();
     void showPreview(const FileEntry* row);
     QAbstractItemView* currentView() const;
@@ -151,12 +155,13 @@ class FrmBildviewer : public QMainWindow {
     Prompter& prompter_;
     Language language_;
     ToolOpener toolOpener_;
-    std::function<void()> thumbnailHook_;
+    std::shared_ptr<std::function<void()>> thumbnailHook_ = std::make_shared<std::function<void()>>();
 
     std::string folder_;
     std::vector<FileEntry> rows_;           // in the order shown
     std::vector<QIcon> icons_;            // per row; null until its thumbnail came
-    std::vector<int> feedRows_;           // the row of each entry given to the feed
+    std::vector<int> feedRows_;           // the row of each entry given to the pool
+    bool toldStampFailure_ = false;
     int thumbsShown_ = 0;
     ViewMode mode_ = ViewMode::LargeIcons;
     int sortColumn_ = kColName;
@@ -199,7 +204,8 @@ class FrmBildviewer : public QMainWindow {
     QDialogButtonBox* dialogButtons_ = nullptr;
 
     QThreadPool previewPool_;
-    std::unique_ptr<ThumbnailFeed> feed_;  // last: its workers stop first
+    std::shared_ptr<ThumbnailCache> cache_;
+    std::unique_ptr<ThumbnailPool> pool_;  // last: its workers stop first
 };
 
 }  // namespace brindle::explorer

@@ -170,8 +170,9 @@ void FrmBildviewer::zoom() {
     } catch (...) {
         return;
     }
-    if (size < 32 || size > 512 || size == thumbSize_) return;
+    if (size < kMinThumbnailOption || size > kMaxThumbnailOption || size == thumbSize_) return;
     thumbSize_ = size;
+    makePool();
     applyViewMode();
     refresh();  // thumbnails of the new size
 }

@@ -91,7 +91,7 @@ void FrmBildviewer::loadSettings() {
     mode_ = options_.view;
     sortColumn_ = options_.sort == SortKey::Size ? kColSize : options_.sort == SortKey::Time ? kColTime : kColName;
     sortDescending_ = options_.descending;
-    thumbSize_ = std::clamp(options_.thumbnailSize, kMinThumbnailSize, kMaxThumbnailSize);
+    thumbSize_ = std::clamp(options_.thumbnailSize, kMinThumbnailOption, kMaxThumbnailOption);
     patternIndex_ = std::max(0, options_.filter);
     if (options_.width > 0 && options_.height > 0) {
         resize(options_.width, options_.height);

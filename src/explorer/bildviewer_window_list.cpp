@@ -13,12 +13,15 @@
 #include <QStandardItemModel>
 #include <QTimer>
 #include <QTreeView>
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <fstream>
 #include <filesystem>
 #include <unordered_map>
 
 #include "explorer/bildviewer_window.h"
-#include "explorer/thumbnail_feed.h"
+#include "explorer/thumbnail_pool.h"
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
 #include "image/reduce.h"
@@ -51,6 +54,22 @@ QIcon symbolIcon(const char* glyph, QColor back, QColor fore) {
     p.setFont(f);
     p.drawText(pm.rect(), Qt::AlignCenter, QString::fromUtf8(glyph));
     return QIcon(pm);
+}
+
+// The source size from a valid cached thumbnail's trailer: its last bytes,
+// without decoding it or opening the picture.
+bool cachedPictureSize(const std::string& programDirectory, const std::string& path, int& width, int& height) {
+    const std::string thumb = thumbnailPath(programDirectory, path);
+    struct stat source {}, cached {};
+    if (::stat(path.c_str(), &source) != 0 || ::stat(thumb.c_str(), &cached) != 0) return false;
+    if (source.st_mtim.tv_sec != cached.st_mtim.tv_sec || source.st_mtim.tv_nsec != cached.st_mtim.tv_nsec) return false;
+    if (cached.st_size < off_t(kThumbnailTrailerBytes) || std::size_t(cached.st_size) > kMaxThumbnailFileBytes)
+        return false;
+    std::ifstream in(thumb, std::ios::binary);
+    in.seekg(-off_t(kThumbnailTrailerBytes), std::ios::end);
+    std::string tail(kThumbnailTrailerBytes, '\0');
+    if (!in.read(tail.data(), std::streamsize(tail.size()))) return false;
+    return parseThumbnailTrailer(tail, width, height);
 }
 
 const QIcon& waitingIcon() {
@@ -105,7 +124,10 @@ void FrmBildviewer::refresh() {
     const auto filters = fileFilters(language_);
     const std::string pattern = filters[std::clamp(patternIndex_, 0, int(filters.size()) - 1)].patterns;
     // Names, sizes and times only: listing never opens a picture.
-    rows_ = listFolder(folder_, pattern).entries;
+    rows_ = listFolder(folder_, pattern, [this](const std::string& path, int& w, int& h) {
+                return cachedPictureSize(programDirectory_, path, w, h);
+            }).entries;
+    toldStampFailure_ = false;
     sortRows();
     icons_.assign(rows_.size(), QIcon());
     thumbsShown_ = 0;
@@ -134,7 +156,7 @@ void FrmBildviewer::startFeed() {
             feedRows_.push_back(r);
             paths.push_back(rows_[r].path);
         }
-    generation_ = feed_->start(std::move(paths), thumbSize_);
+    generation_ = pool_->setFolder(std::move(paths));
     visibleTimer_->start();
 }
 
@@ -285,7 +307,7 @@ QAbstractItemView* FrmBildviewer::currentView() const {
 
 // The rows on screen go to the feed, which makes theirs first.
 void FrmBildviewer::requestVisible() {
-    if (feedRows_.empty()) return;
+    if (feedRows_.empty() || !model_) return;
     QAbstractItemView* view = currentView();
     const QRect port = view->viewport()->rect();
     int first = -1, last = -1;
@@ -298,28 +320,46 @@ void FrmBildviewer::requestVisible() {
     // Rows to positions in the feed's list (which holds the rows without icons).
     const int a = int(std::lower_bound(feedRows_.begin(), feedRows_.end(), first) - feedRows_.begin());
     const int b = int(std::upper_bound(feedRows_.begin(), feedRows_.end(), last) - feedRows_.begin()) - 1;
-    feed_->setVisible(std::min(a, int(feedRows_.size()) - 1), std::max(a, b));
+    pool_->setVisibleRange(std::size_t(std::min(a, int(feedRows_.size()) - 1)), std::size_t(std::max(a, b)));
+}
+
+// The cache of the thumbnail size, and workers that read or make from it.
+void FrmBildviewer::makePool() {
+    pool_.reset();
+    ThumbnailSettings settings;
+    settings.size = thumbSize_;
+    settings.language = language_;
+    settings.log = diagnoseSink(programDirectory_);
+    cache_ = std::make_shared<ThumbnailCache>(programDirectory_, settings);
+    pool_ = std::make_unique<ThumbnailPool>(
+        [cache = cache_, hook = thumbnailHook_](const std::string& path) {
+            if (*hook) (*hook)();
+            return cache->get(path);
+        },
+        [this](ThumbnailResult&& r) { deliver(std::move(r)); });
 }
 
 // On a worker thread: the picture becomes a QImage here, so the GUI thread
 // only puts it into the list.
 void FrmBildviewer::deliver(ThumbnailResult&& r) {
-    if (thumbnailHook_) thumbnailHook_();
-    const QImage image = imageOfSection(r.picture);
+    const Thumbnail& t = r.thumbnail;
+    const QImage image = imageOfSection(t.pixels);
     QMetaObject::invokeMethod(
         this,
-        [this, generation = r.generation, index = r.index, image, w = r.sourceWidth, h = r.sourceHeight,
-         media = r.media, failed = r.failed] { showThumbnail(generation, index, image, w, h, media, failed); },
+        [this, generation = r.generation, index = r.index, image, w = t.sourceWidth, h = t.sourceHeight,
+         failed = t.kind == ThumbnailKind::Error, message = t.message ? t.message->text : std::string()] {
+            showThumbnail(generation, index, image, w, h, failed, message);
+        },
         Qt::QueuedConnection);
 }
 
-void FrmBildviewer::showThumbnail(std::uint64_t generation, int index, const QImage& image, int width, int height,
-                                  bool media, bool failed) {
-    if (generation != generation_ || index < 0 || index >= int(feedRows_.size())) return;
+void FrmBildviewer::showThumbnail(std::uint64_t generation, std::size_t index, const QImage& image, int width,
+                                  int height, bool failed, const std::string& message) {
+    if (generation != generation_ || index >= feedRows_.size()) return;
     const int r = feedRows_[index];
     if (!icons_[r].isNull()) return;
     FileEntry& row = rows_[r];
-    icons_[r] = media ? mediaIcon() : failed || image.isNull() ? errorIcon() : QIcon(QPixmap::fromImage(image));
+    icons_[r] = image.isNull() ? (failed ? errorIcon() : mediaIcon()) : QIcon(QPixmap::fromImage(image));
     row.width = width;
     row.height = height;
     model_->item(r, 0)->setIcon(icons_[r]);
@@ -327,6 +367,16 @@ void FrmBildviewer::showThumbnail(std::uint64_t generation, int index, const QIm
     for (int c : {kColWidth, kColHeight, kColPixels}) model_->item(r, c)->setText(QString::fromStdString(texts[c]));
     ++thumbsShown_;
     emit thumbnailsChanged();
+    // A time stamp that could not be written is told once per folder.
+    if (!message.empty() && !toldStampFailure_) {
+        toldStampFailure_ = true;
+        prompter_.message(message, kButtonsOk | kIconCritical, t("Fehler", "Error"));
+    }
+}
+
+void FrmBildviewer::dropThumbnail(const std::string& picture) {
+    std::error_code ec;
+    std::filesystem::remove(thumbnailPath(programDirectory_, picture), ec);
 }
 
 std::vector<int> FrmBildviewer::selectedRows() const {
@@ -370,7 +420,7 @@ void FrmBildviewer::showPreview(const FileEntry* row) {
     picBild_->setText(QString::fromUtf8(t("Bild wird geladen ...", "Loading picture ...")));
     const QSize box = picBild_->size().expandedTo(QSize(400, 300));
     previewPool_.start([this, request, path = row->path, box, hook = thumbnailHook_] {
-        if (hook) hook();
+        if (*hook) (*hook)();
         cDIBSection dib;
         if (!LoadJPG(dib, path, nullptr, box.width(), box.height())) {
             PictureFile f = LoadPictureFile(path);

@@ -33,8 +33,8 @@ namespace brindle::explorer {
 
 enum class ViewMode { Details = 0, List = 1, SmallIcons = 2, LargeIcons = 3, Picture = 4 };
 
-inline constexpr int kMinThumbnailSize = 32;
-inline constexpr int kMaxThumbnailSize = 512;
+inline constexpr int kMinThumbnailOption = 32;
+inline constexpr int kMaxThumbnailOption = 512;
 inline constexpr int kMaxColumnWidth = 4000;
 inline constexpr int kMaxWindowExtent = 100000;
 // A settings file is a few hundred bytes; anything far larger is not ours.
