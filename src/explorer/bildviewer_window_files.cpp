@@ -35,7 +35,7 @@ void FrmBildviewer::deleteSelection() {
     const std::vector<std::string> files = selectedFiles();
     if (files.empty()) return;
     const bool templates = fs::path(folder_) == fs::path(programDirectory_ + "Vorlagen");
-    operations_.deleteFiles(files, templates);
+    if (operations_.deleteFiles(files, templates).done.empty()) return;  // the selection stays
     refresh();
 }
 
