@@ -82,18 +82,47 @@ const ModeEntry kModes[] = {
     {ViewMode::Picture, "mnuBildansicht", "Bildansicht", "Picture view"},
 };
 
-// A plain glyph in a rounded frame, for the commands the style has no icon for.
-QIcon glyphIcon(const char* glyph) {
+// The commands the style has no icon for, drawn as simple line art; the
+// others as a glyph.
+QIcon drawnIcon(const char* key, const char* glyph) {
     QPixmap pm(24, 24);
     pm.fill(Qt::transparent);
     QPainter p(&pm);
     p.setRenderHint(QPainter::Antialiasing);
-    p.setPen(QColor(0x44, 0x55, 0x66));
-    QFont f = p.font();
-    f.setPixelSize(17);
-    f.setBold(true);
-    p.setFont(f);
-    p.drawText(pm.rect(), Qt::AlignCenter, QString::fromUtf8(glyph));
+    const QColor ink(0x44, 0x55, 0x66);
+    p.setPen(QPen(ink, 1.6));
+    const std::string k = key;
+    if (k == "einfügen") {  // a clipboard
+        p.drawRoundedRect(QRectF(5, 5, 14, 16), 2, 2);
+        p.setBrush(ink);
+        p.drawRect(QRectF(9, 3, 6, 4));
+        p.drawLine(QPointF(8, 12), QPointF(16, 12));
+        p.drawLine(QPointF(8, 16), QPointF(14, 16));
+    } else if (k == "vollbild") {  // four corners
+        for (int sx : {-1, 1})
+            for (int sy : {-1, 1}) {
+                const QPointF c(12 + sx * 8, 12 + sy * 7);
+                p.drawLine(c, c - QPointF(sx * 5, 0));
+                p.drawLine(c, c - QPointF(0, sy * 5));
+            }
+    } else if (k == "print") {  // a printer
+        p.drawRect(QRectF(7, 3, 10, 6));
+        p.drawRoundedRect(QRectF(3, 9, 18, 8), 2, 2);
+        p.drawRect(QRectF(7, 14, 10, 7));
+    } else if (k == "twain") {  // a camera
+        p.drawRoundedRect(QRectF(3, 7, 18, 13), 2, 2);
+        p.drawRect(QRectF(8, 4, 7, 3));
+        p.drawEllipse(QPointF(12, 13.5), 4, 4);
+    } else if (k == "panorama") {  // a wide picture with hills
+        p.drawRect(QRectF(2, 7, 20, 10));
+        p.drawPolyline(QPolygonF({QPointF(2, 16), QPointF(7, 11), QPointF(11, 14), QPointF(16, 9), QPointF(22, 15)}));
+    } else {
+        QFont f = p.font();
+        f.setPixelSize(17);
+        f.setBold(true);
+        p.setFont(f);
+        p.drawText(pm.rect(), Qt::AlignCenter, QString::fromUtf8(glyph));
+    }
     return QIcon(pm);
 }
 
@@ -142,7 +171,7 @@ void FrmBildviewer::buildToolBar() {
             tbToolBar_->addSeparator();
             continue;
         }
-        const QIcon icon = e.standard != kNoIcon ? style()->standardIcon(e.standard) : glyphIcon(e.glyph);
+        const QIcon icon = e.standard != kNoIcon ? style()->standardIcon(e.standard) : drawnIcon(e.key, e.glyph);
         QAction* a = tbToolBar_->addAction(icon, QString());
         a->setObjectName(QString::fromUtf8(e.key));
         const std::string key = e.key;
@@ -214,7 +243,6 @@ void FrmBildviewer::buildViews() {
     ListView1_->setModel(model_);
     ListView1_->setSelectionModel(details_->selectionModel());
     ListView1_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    ListView1_->setUniformItemSizes(true);
     ListView1_->setLayoutMode(QListView::Batched);
     ListView1_->setBatchSize(200);
     for (QAbstractItemView* v : {static_cast<QAbstractItemView*>(details_), static_cast<QAbstractItemView*>(ListView1_)}) {
@@ -257,8 +285,8 @@ void FrmBildviewer::buildViews() {
     stack_->addWidget(details_);
     stack_->addWidget(ListView1_);
     pictureSplit->addWidget(stack_);
-    pictureSplit->setStretchFactor(0, 3);
-    pictureSplit->setStretchFactor(1, 1);
+    pictureSplit->setStretchFactor(0, 1);
+    pictureSplit->setStretchFactor(1, 0);
 
     cmbPattern_ = new QComboBox;
     cmbPattern_->setObjectName("cmbPattern");

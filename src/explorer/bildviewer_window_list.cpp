@@ -195,7 +195,11 @@ void FrmBildviewer::replaceModel(QStandardItemModel* model) {
     connect(details_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { selectionChanged(); });
     if (oldSelection) oldSelection->deleteLater();
     if (old) old->deleteLater();
-    details_->header()->resizeSection(0, 220);
+    for (int c = 0; c < kColumnCount; ++c) {
+        const int width = options_.columnWidths[c];
+        // The date needs room for its seconds.
+        details_->header()->resizeSection(c, c == kColTime ? std::max(width, 150) : width);
+    }
 }
 
 // Name, size and time by their keys; the other columns by their values,
@@ -261,6 +265,8 @@ void FrmBildviewer::applyViewMode() {
                                         "mnuBildansicht"};
     findChild<QAction*>(names[int(mode_)])->setChecked(true);
     picBild_->setVisible(mode_ == ViewMode::Picture);
+    // The picture view keeps one row of thumbnails under the large picture.
+    stack_->setMaximumHeight(mode_ == ViewMode::Picture ? 160 : QWIDGETSIZE_MAX);
     if (mode_ == ViewMode::Details) {
         stack_->setCurrentWidget(details_);
         details_->setIconSize(QSize(20, 20));
