@@ -119,8 +119,8 @@ class FrmBildviewer : public QMainWindow {
     void sortRows();
     void requestVisible();
     void makePool();
-    void deliver(ThumbnailResult&& result);
-    void showThumbnail(std::uint64_t generation, std::size_t index, const QImage& image, int width, int height,
+    void deliver(int epoch, ThumbnailResult&& result);
+    void showThumbnail(int epoch, std::uint64_t generation, std::size_t index, const QImage& image, int width, int height,
                        bool failed, const std::string& message);
     void dropThumbnail(const std::string& picture);
     void selectionChanged();
@@ -171,6 +171,7 @@ class FrmBildviewer : public QMainWindow {
     ExplorerOptions options_;
     FileOperations operations_;
     std::uint64_t generation_ = 0;
+    int poolEpoch_ = 0;  // a new pool counts its generations from the start again
     std::vector<std::string> back_;
     std::vector<std::string> forward_;
     ExplorerClipboard clipboard_;  // cutMode: its mode is Move

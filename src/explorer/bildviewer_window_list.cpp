@@ -342,26 +342,26 @@ void FrmBildviewer::makePool() {
             if (*hook) (*hook)();
             return cache->get(path);
         },
-        [this](ThumbnailResult&& r) { deliver(std::move(r)); });
+        [this, epoch = ++poolEpoch_](ThumbnailResult&& r) { deliver(epoch, std::move(r)); });
 }
 
 // On a worker thread: the picture becomes a QImage here, so the GUI thread
 // only puts it into the list.
-void FrmBildviewer::deliver(ThumbnailResult&& r) {
+void FrmBildviewer::deliver(int epoch, ThumbnailResult&& r) {
     const Thumbnail& t = r.thumbnail;
     const QImage image = imageOfSection(t.pixels);
     QMetaObject::invokeMethod(
         this,
-        [this, generation = r.generation, index = r.index, image, w = t.sourceWidth, h = t.sourceHeight,
+        [this, epoch, generation = r.generation, index = r.index, image, w = t.sourceWidth, h = t.sourceHeight,
          failed = t.kind == ThumbnailKind::Error, message = t.message ? t.message->text : std::string()] {
-            showThumbnail(generation, index, image, w, h, failed, message);
+            showThumbnail(epoch, generation, index, image, w, h, failed, message);
         },
         Qt::QueuedConnection);
 }
 
-void FrmBildviewer::showThumbnail(std::uint64_t generation, std::size_t index, const QImage& image, int width,
+void FrmBildviewer::showThumbnail(int epoch, std::uint64_t generation, std::size_t index, const QImage& image, int width,
                                   int height, bool failed, const std::string& message) {
-    if (generation != generation_ || index >= feedRows_.size()) return;
+    if (epoch != poolEpoch_ || generation != generation_ || index >= feedRows_.size()) return;
     const int r = feedRows_[index];
     if (!icons_[r].isNull()) return;
     FileEntry& row = rows_[r];

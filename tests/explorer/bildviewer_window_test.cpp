@@ -231,6 +231,35 @@ class BildviewerWindowTest : public QObject {
         QCOMPARE(saved.folder, folder());
     }
 
+    void zoomMakesThumbnailsOfTheNewSize() {
+        saveSolid(pic("rot.jpg"), 200, 100, QColor(220, 30, 30));
+        test::ScriptedPrompter prompter;
+        FrmBildviewer w(prog_, folder(), prompter, Language::German);
+        w.show();
+        QTRY_COMPARE_WITH_TIMEOUT(w.thumbnailsShown(), 1, 20000);
+        auto iconWidth = [&] {
+            const QIcon icon = model(w)->index(0, 0).data(Qt::DecorationRole).value<QIcon>();
+            return icon.availableSizes().isEmpty() ? 0 : icon.availableSizes().front().width();
+        };
+        QCOMPARE(iconWidth(), w.thumbnailSize());
+        prompter.inputs = {"64"};
+        w.findChild<QAction*>("zoom")->trigger();
+        QCOMPARE(prompter.asked.back(), "input|Zoom|Größe Thumbnails:|" + std::to_string(explorer::ExplorerOptions{}.thumbnailSize));
+        QCOMPARE(w.thumbnailSize(), 64);
+        QTRY_COMPARE_WITH_TIMEOUT(w.thumbnailsShown(), 1, 20000);
+        QCOMPARE(iconWidth(), 64);
+        cDIBSection pixels;
+        int sw = 0, sh = 0;
+        QVERIFY(explorer::decodeThumbnailFile(readAll(explorer::thumbnailPath(prog_, pic("rot.jpg").toStdString())),
+                                              pixels, sw, sh));
+        QCOMPARE(pixels.Width(), 64);
+        QCOMPARE(sw, 200);
+        // Out of range: nothing changes.
+        prompter.inputs = {"5000"};
+        w.findChild<QAction*>("zoom")->trigger();
+        QCOMPARE(w.thumbnailSize(), 64);
+    }
+
     void columnHeadsSortAndTranslate() {
         std::ofstream(pic("a.jpg").toStdString()) << std::string(300, 'a');
         std::ofstream(pic("b.jpg").toStdString()) << std::string(100, 'b');
