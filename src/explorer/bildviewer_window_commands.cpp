@@ -124,7 +124,7 @@ void FrmBildviewer::folderUp() {
 void FrmBildviewer::openTool(const std::string& tool) {
     std::vector<std::string> files;
     for (const std::string& f : selectedFiles())
-        if (!isMediaFile(f)) files.push_back(f);
+        if (!isMediaName(f)) files.push_back(f);
     if (files.empty()) {
         prompter_.message(t("Bitte wählen Sie zuerst ein oder mehrere Bilder aus.",
                             "Please select one or more pictures first."),
@@ -149,7 +149,7 @@ void FrmBildviewer::fullView() {
     int first = 0;
     // Several selected: those; one: the whole folder from it on.
     for (const FileEntry& row : rows_) {
-        if (isMediaFile(row.name)) continue;
+        if (isMediaName(row.name)) continue;
         const bool isSelected = std::find(selected.begin(), selected.end(), row.path) != selected.end();
         if (selected.size() > 1 && !isSelected) continue;
         if (selected.size() == 1 && isSelected) first = int(pictures.size());
@@ -170,7 +170,7 @@ void FrmBildviewer::zoom() {
     } catch (...) {
         return;
     }
-    if (size < kMinThumbnailOption || size > kMaxThumbnailOption || size == thumbSize_) return;
+    if (size < kMinOptionsThumbnailSize || size > kMaxOptionsThumbnailSize || size == thumbSize_) return;
     thumbSize_ = size;
     makePool();
     applyViewMode();

@@ -42,7 +42,7 @@ void FrmBildviewer::deleteSelection() {
 void FrmBildviewer::turnSelection(bool right) {
     std::vector<std::string> files;
     for (const std::string& f : selectedFiles())
-        if (!isMediaFile(f)) files.push_back(f);
+        if (!isMediaName(f)) files.push_back(f);
     if (files.empty()) return;
     const OperationResult result = operations_.turnMany(files, right);
     if (result.done.empty()) return;
@@ -91,7 +91,7 @@ void FrmBildviewer::loadSettings() {
     mode_ = options_.view;
     sortColumn_ = options_.sort == SortKey::Size ? kColSize : options_.sort == SortKey::Time ? kColTime : kColName;
     sortDescending_ = options_.descending;
-    thumbSize_ = std::clamp(options_.thumbnailSize, kMinThumbnailOption, kMaxThumbnailOption);
+    thumbSize_ = std::clamp(options_.thumbnailSize, kMinOptionsThumbnailSize, kMaxOptionsThumbnailSize);
     patternIndex_ = std::max(0, options_.filter);
     if (options_.width > 0 && options_.height > 0) {
         resize(options_.width, options_.height);

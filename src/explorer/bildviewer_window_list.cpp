@@ -171,7 +171,7 @@ void FrmBildviewer::fillModel() {
         const FileEntry& row = rows_[r];
         auto* name = new QStandardItem(QString::fromStdString(row.name));
         name->setData(r, kIndexRole);
-        name->setIcon(!icons_[r].isNull() ? icons_[r] : isMediaFile(row.name) ? mediaIcon() : waitingIcon());
+        name->setIcon(!icons_[r].isNull() ? icons_[r] : isMediaName(row.name) ? mediaIcon() : waitingIcon());
         name->setToolTip(QString::fromStdString(row.name));
         model->setItem(r, 0, name);
         const std::vector<std::string> texts = columnTexts(row, language_);
@@ -418,7 +418,7 @@ void FrmBildviewer::showPreview(const FileEntry* row) {
         picBild_->clear();
         return;
     }
-    if (isMediaFile(row->name)) {
+    if (isMediaName(row->name)) {
         preview_ = QImage();
         picBild_->setText(QString::fromStdString(row->name));
         return;

@@ -54,7 +54,7 @@ void FrmBildviewer::buildMedia() {
 }
 
 void FrmBildviewer::showMedia(const FileEntry* row) {
-    if (!row || !isMediaFile(row->name)) {
+    if (!row || !isMediaName(row->name)) {
         if (picMedia_->isVisible()) {
             player_->stop();
             player_->setSource(QUrl());

@@ -113,7 +113,7 @@ void readSetting(std::string_view key, std::string_view value, ExplorerOptions& 
     } else if (key == "columns") {
         readColumns(value, o);
     } else if (key == "thumbsize") {
-        if (auto v = parseInt(value, kMinThumbnailOption, kMaxThumbnailOption)) o.thumbnailSize = *v;
+        if (auto v = parseInt(value, kMinOptionsThumbnailSize, kMaxOptionsThumbnailSize)) o.thumbnailSize = *v;
     } else if (key == "filter") {
         if (auto v = parseInt(value, 0, 999)) o.filter = *v;
     } else if (key == "folder") {

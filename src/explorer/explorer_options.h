@@ -33,8 +33,8 @@ namespace brindle::explorer {
 
 enum class ViewMode { Details = 0, List = 1, SmallIcons = 2, LargeIcons = 3, Picture = 4 };
 
-inline constexpr int kMinThumbnailOption = 32;
-inline constexpr int kMaxThumbnailOption = 512;
+inline constexpr int kMinOptionsThumbnailSize = 32;
+inline constexpr int kMaxOptionsThumbnailSize = 1024;
 inline constexpr int kMaxColumnWidth = 4000;
 inline constexpr int kMaxWindowExtent = 100000;
 // A settings file is a few hundred bytes; anything far larger is not ours.
@@ -45,7 +45,7 @@ struct ExplorerOptions {
     SortKey sort = SortKey::Name;
     bool descending = false;
     std::array<int, kColumnCount> columnWidths{200, 80, 90, 130, 80, 60, 60, 80};
-    int thumbnailSize = 120;
+    int thumbnailSize = 160;
     int filter = kFilterAllPictures;
     std::string folder;
     // No place yet: the window picks one.

@@ -84,6 +84,14 @@ std::string copyName(const std::string& name, Language language,
     return candidate;
 }
 
+bool isTemplateFolder(const std::string& programDirectory, const std::string& folder) {
+    const std::string templates = withTrailingSeparator(programDirectory) + "Vorlagen/";
+    struct stat a {}, b {};
+    if (stat(templates.c_str(), &a) == 0 && stat(folder.c_str(), &b) == 0)
+        return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+    return withTrailingSeparator(folder) == templates;
+}
+
 FileOperations::FileOperations(Prompter& prompter, Language language, OperationCallbacks callbacks)
     : prompter_(prompter), language_(language), callbacks_(std::move(callbacks)) {}
 

@@ -47,6 +47,10 @@ struct OperationResult {
 std::string copyName(const std::string& name, Language language,
                      const std::function<bool(const std::string&)>& exists);
 
+// True when `folder` is the album template catalogue, "Vorlagen/" in the
+// program directory (delete then asks the template question).
+bool isTemplateFolder(const std::string& programDirectory, const std::string& folder);
+
 // Rename many: either every name in small letters, or `search` replaced by
 // `replace` everywhere in the name, with or without regard to case.
 struct RenameRule {

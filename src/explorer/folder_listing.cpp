@@ -144,6 +144,7 @@ bool matchesPatterns(const std::string& fileName, const std::string& patterns) {
     return false;
 }
 
+bool isMediaName(const std::string& fileName) { return matchesPatterns(fileName, mediaPatterns()); }
 
 const char* sortKeyName(SortKey key) {
     switch (key) {
@@ -182,7 +183,7 @@ FolderListing listFolder(const std::string& folder, const std::string& patterns,
         entry.modifiedSeconds = st.st_mtim.tv_sec;
         entry.modifiedNanoseconds = st.st_mtim.tv_nsec;
         entry.permissions = st.st_mode & 0777;
-        if (pictureSize && !isMediaFile(name) && !pictureSize(entry.path, entry.width, entry.height))
+        if (pictureSize && !isMediaName(name) && !pictureSize(entry.path, entry.width, entry.height))
             entry.width = entry.height = 0;
         out.entries.push_back(std::move(entry));
     }

@@ -36,9 +36,8 @@ const std::string& mediaPatterns();
 // "*.*" and "*.ext" forms occur; the comparison ignores case.
 bool matchesPatterns(const std::string& fileName, const std::string& patterns);
 
-// A media file (shown with a symbol, played rather than decoded); defined
-// with the thumbnail cache, which gives such files their symbol.
-bool isMediaFile(const std::string& fileName);
+// A media file (shown with a symbol, played rather than decoded).
+bool isMediaName(const std::string& fileName);
 
 // The sort keys of the list, named as the settings store them.
 enum class SortKey { Name, Size, Time };
