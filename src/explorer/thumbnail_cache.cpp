@@ -44,8 +44,8 @@ std::string oneLine(std::string text) {
 
 // A JPEG decoded at the smallest DCT scale that still covers the thumbnail;
 // the size is the upright one, from the frame header and the EXIF tag.
-bool decodeJpegSource(const std::string& path, int size, cDIBSection& dib, int& width,
-                      int& height, std::string& error) {
+bool decodeJpegSource(const std::string& path, int size, cDIBSection& dib, int& width, int& height,
+                      std::string& error) {
     std::string bytes;
     if (!readPictureBytes(path, bytes, &error)) return false;
     if (!readJpegSize(bytes, width, height, &error)) return false;
@@ -66,8 +66,10 @@ bool decodeSource(const std::string& path, int size, cDIBSection& dib, int& widt
         height = dib.Height();
         return true;
     }
-    if (file.message) error = oneLine(file.message->text);
-    else if (error.empty()) error = fileExists(path) ? "unknown picture type" : "file not found";
+    if (file.message)
+        error = oneLine(file.message->text);
+    else if (error.empty())
+        error = fileExists(path) ? "unknown picture type" : "file not found";
     return false;
 }
 
@@ -133,6 +135,11 @@ std::string thumbnailPath(const std::string& programDirectory, const std::string
     return thumbnailFolder(programDirectory, folder) + name + ".jpg";
 }
 
+bool dropThumbnail(const std::string& programDirectory, const std::string& picturePath) {
+    const std::string path = thumbnailPath(programDirectory, picturePath);
+    return ::unlink(path.c_str()) == 0 || errno == ENOENT;
+}
+
 void thumbnailSize(int width, int height, int size, int& outWidth, int& outHeight) {
     size = std::clamp(size, 1, kMaxThumbnailSize);
     width = std::max(1, width);
@@ -174,7 +181,8 @@ Thumbnail ThumbnailCache::get(const std::string& picturePath) const {
 
 std::optional<Thumbnail> ThumbnailCache::cached(const std::string& picturePath) const {
     if (isMediaFile(picturePath)) return std::nullopt;
-    struct stat source {}, thumb {};
+    struct stat source {
+    }, thumb{};
     const std::string path = thumbnailPath(programDirectory_, picturePath);
     if (!regularFile(picturePath, source) || !regularFile(path, thumb)) return std::nullopt;
     if (!sameTime(source.st_mtim, thumb.st_mtim)) return std::nullopt;
@@ -208,8 +216,8 @@ Thumbnail ThumbnailCache::make(const std::string& picturePath) const {
     int width = 0, height = 0;
     std::string error;
     if (!decodeSource(picturePath, settings_.size, decoded, width, height, error)) {
-        logLine(settings_.log,
-                "FrmBildviewer - erzeugeThumbNail --> Fehler beim laden: " + picturePath + "  " + error);
+        logLine(settings_.log, "FrmBildviewer - erzeugeThumbNail --> Fehler beim laden: " +
+                                   picturePath + "  " + error);
         t.kind = ThumbnailKind::Error;
         t.pixels = errorPicture(settings_.size);
         return t;
@@ -256,10 +264,11 @@ bool ThumbnailCache::store(const std::string& picturePath, const std::string& by
         ::unlink(tmp.c_str());
         ::unlink(target.c_str());  // the old one is stale; nothing is kept
         const Language lang = settings_.language;
-        message = ImageMessage{tr(lang, "Fehler", "Error"),
-                               tr(lang, "Fehler beim schreiben des Zeitstempels der Datei (Filetime) aufgetreten ",
-                                  "Error while writing the filetimestamp "),
-                               0};
+        message = ImageMessage{
+            tr(lang, "Fehler", "Error"),
+            tr(lang, "Fehler beim schreiben des Zeitstempels der Datei (Filetime) aufgetreten ",
+               "Error while writing the filetimestamp "),
+            0};
         return false;
     }
     if (::rename(tmp.c_str(), target.c_str()) != 0) {

@@ -45,6 +45,11 @@ bool parseThumbnailTrailer(std::string_view bytes, int& width, int& height);
 // The thumbnail file of `picturePath` under `programDirectory`.
 std::string thumbnailPath(const std::string& programDirectory, const std::string& picturePath);
 
+// Removes the cached thumbnail of `picturePath`, for a picture deleted or
+// changed in a way its time does not show (a turn that keeps the time).
+// True when no thumbnail is left.
+bool dropThumbnail(const std::string& programDirectory, const std::string& picturePath);
+
 // The size a picture of width x height gets: inside size x size with its
 // aspect kept, never larger than the picture itself, at least 1 x 1.
 void thumbnailSize(int width, int height, int size, int& outWidth, int& outHeight);

@@ -84,10 +84,14 @@ struct Tally {
         std::lock_guard lock(mutex);
         ++done;
         const explorer::Thumbnail& t = r.thumbnail;
-        if (t.kind == explorer::ThumbnailKind::Media) ++media;
-        else if (t.kind == explorer::ThumbnailKind::Error) ++failed;
-        else if (t.fromCache) ++cached;
-        else ++made;
+        if (t.kind == explorer::ThumbnailKind::Media)
+            ++media;
+        else if (t.kind == explorer::ThumbnailKind::Error)
+            ++failed;
+        else if (t.fromCache)
+            ++cached;
+        else
+            ++made;
         std::cerr << "[" << done << "/" << total << "] " << r.path << "\n";
         if (t.kind == explorer::ThumbnailKind::Error)
             std::cerr << "brindlesee-cli: cannot read: " << r.path << "\n";
@@ -105,7 +109,8 @@ int thumbs(const Args& args) {
     if (!parseThumbs(args, t)) return fail(kThumbsUsage);
     std::error_code ec;
     if (!fs::is_directory(t.folder, ec)) return fail("no such folder: " + t.folder);
-    const std::string folder = withTrailingSeparator(fs::absolute(t.folder).lexically_normal().string());
+    const std::string folder =
+        withTrailingSeparator(fs::absolute(t.folder).lexically_normal().string());
     const std::string programDirectory = resolveProgramDirectory();
 
     explorer::ThumbnailSettings settings;
@@ -124,7 +129,8 @@ int thumbs(const Args& args) {
         pool.waitIdle();
     }
     std::cerr << files.size() << " files: " << tally.made << " made, " << tally.cached
-              << " from the cache, " << tally.media << " media, " << tally.failed << " unreadable\n";
+              << " from the cache, " << tally.media << " media, " << tally.failed
+              << " unreadable\n";
     std::cout << explorer::thumbnailFolder(programDirectory, folder) << "\n";
     return tally.failed == 0 && tally.told == 0 ? 0 : 1;
 }

@@ -28,7 +28,9 @@ class ThumbnailCacheTest : public brindle::test::TempHomeTest {
   protected:
     std::string folder() const { return path("Bilder/"); }
     std::string picture(const std::string& name) const { return folder() + name; }
-    std::string thumb(const std::string& name) const { return thumbnailPath(home(), picture(name)); }
+    std::string thumb(const std::string& name) const {
+        return thumbnailPath(home(), picture(name));
+    }
     ThumbnailCache cache(int size = 160, Language lang = Language::German) const {
         ThumbnailSettings s;
         s.size = size;
@@ -72,7 +74,8 @@ TEST(ThumbnailTrailer, ThirteenBytesOfTheSourceSize) {
     EXPECT_EQ(tw * 1000 + th, 50030);
     thumbnailSize(5000, 1, 160, tw, th);
     EXPECT_EQ(tw * 1000 + th, 160001);
-    EXPECT_EQ(thumbnailPath("/p/", "/home/u/Bilder/a.png"), "/p/Thumbnails/&home&u&Bilder/a.png.jpg");
+    EXPECT_EQ(thumbnailPath("/p/", "/home/u/Bilder/a.png"),
+              "/p/Thumbnails/&home&u&Bilder/a.png.jpg");
 }
 
 TEST_F(ThumbnailCacheTest, AThumbnailIsAJpegWithTheTrailerAndTheSourcesTime) {
@@ -89,7 +92,8 @@ TEST_F(ThumbnailCacheTest, AThumbnailIsAJpegWithTheTrailerAndTheSourcesTime) {
     EXPECT_TRUE(near(kBlue, pixelAt(t.pixels, 140, 60)));
     EXPECT_FALSE(t.message);
 
-    ASSERT_EQ(thumb("a.jpg"), home() + "Thumbnails/" + thumbnailFolderName(folder()) + "/a.jpg.jpg");
+    ASSERT_EQ(thumb("a.jpg"),
+              home() + "Thumbnails/" + thumbnailFolderName(folder()) + "/a.jpg.jpg");
     const std::string bytes = readFile(thumb("a.jpg"));
     ASSERT_GT(bytes.size(), 13u + 4u);
     EXPECT_EQ(bytes.substr(bytes.size() - 13), std::string("\r000400000300"));
@@ -136,6 +140,17 @@ TEST_F(ThumbnailCacheTest, AnUnchangedPictureIsNotDecodedAgainAndANewerOneIsRema
     EXPECT_EQ(modified(thumb("a.jpg")).tv_sec, 1'600'000'010);
     EXPECT_EQ(second.get(picture("a.jpg")).fromCache, true);
     EXPECT_EQ(second.decodes(), 1);
+
+    // A picture turned with its time kept has its thumbnail dropped.
+    EXPECT_TRUE(dropThumbnail(home(), picture("a.jpg")));
+    EXPECT_FALSE(std::filesystem::exists(thumb("a.jpg")));
+    EXPECT_TRUE(dropThumbnail(home(), picture("a.jpg"))) << "none left is fine";
+    EXPECT_FALSE(second.get(picture("a.jpg")).fromCache);
+    EXPECT_EQ(second.decodes(), 2);
+    std::filesystem::remove(thumb("a.jpg"));
+    std::filesystem::create_directories(thumb("a.jpg") + "/x");
+    EXPECT_FALSE(dropThumbnail(home(), picture("a.jpg"))) << "something in the way stays";
+    std::filesystem::remove_all(thumb("a.jpg"));
 
     // Another "Größe Thumbnails:" makes them again, at that size.
     const ThumbnailCache larger = cache(200);
@@ -236,7 +251,8 @@ TEST_F(ThumbnailCacheTest, AFailedTimeStampIsToldAndTheThumbnailDeleted) {
         ASSERT_TRUE(t.message);
         if (lang == Language::German) {
             EXPECT_EQ(t.message->title, "Fehler");
-            EXPECT_EQ(t.message->text, "Fehler beim schreiben des Zeitstempels der Datei (Filetime) aufgetreten ");
+            EXPECT_EQ(t.message->text,
+                      "Fehler beim schreiben des Zeitstempels der Datei (Filetime) aufgetreten ");
         } else {
             EXPECT_EQ(t.message->title, "Error");
             EXPECT_EQ(t.message->text, "Error while writing the filetimestamp ");

@@ -32,23 +32,30 @@ TEST_F(CliThumbsTest, FillsTheCacheAndTellsWhatItCouldNotRead) {
     writeBytes("Bilder/lied.mp3", "ID3");
     writeBytes("Bilder/notiz.txt", "not listed");
 
-    const std::string cacheFolder = path("Thumbnails/") + explorer::thumbnailFolderName(path("Bilder")) + "/";
+    const std::string cacheFolder =
+        path("Thumbnails/") + explorer::thumbnailFolderName(path("Bilder")) + "/";
     CliRun r = cli("thumbs '" + path("Bilder") + "' --size 100");
     EXPECT_EQ(r.status, 1) << "one picture could not be read";
     EXPECT_EQ(r.out, cacheFolder + "\n");
     const std::string e = err();
     EXPECT_NE(e.find("[4/4] "), std::string::npos) << e;
-    EXPECT_NE(e.find("brindlesee-cli: cannot read: " + path("Bilder/kaputt.jpg") + "\n"), std::string::npos) << e;
-    EXPECT_NE(e.find("4 files: 2 made, 0 from the cache, 1 media, 1 unreadable\n"), std::string::npos) << e;
+    EXPECT_NE(e.find("brindlesee-cli: cannot read: " + path("Bilder/kaputt.jpg") + "\n"),
+              std::string::npos)
+        << e;
+    EXPECT_NE(e.find("4 files: 2 made, 0 from the cache, 1 media, 1 unreadable\n"),
+              std::string::npos)
+        << e;
     EXPECT_EQ(e.find("notiz"), std::string::npos);
 
-    const std::string a = readBytes("Thumbnails/" + explorer::thumbnailFolderName(path("Bilder")) + "/a.jpg.jpg");
+    const std::string a =
+        readBytes("Thumbnails/" + explorer::thumbnailFolderName(path("Bilder")) + "/a.jpg.jpg");
     ASSERT_GT(a.size(), 13u);
     EXPECT_EQ(a.substr(a.size() - 13), std::string("\r000400000300"));
     int w = 0, h = 0;
     ASSERT_TRUE(readJpegSize(a, w, h));
     EXPECT_EQ(w * 1000 + h, 100075);
-    const std::string b = readBytes("Thumbnails/" + explorer::thumbnailFolderName(path("Bilder")) + "/b.JPG.jpg");
+    const std::string b =
+        readBytes("Thumbnails/" + explorer::thumbnailFolderName(path("Bilder")) + "/b.JPG.jpg");
     ASSERT_GT(b.size(), 13u);
     EXPECT_EQ(b.substr(b.size() - 13), std::string("\r000090000240"));
     EXPECT_FALSE(fs::exists(cacheFolder + "kaputt.jpg.jpg"));
@@ -58,7 +65,8 @@ TEST_F(CliThumbsTest, FillsTheCacheAndTellsWhatItCouldNotRead) {
     fs::remove(path("Bilder/kaputt.jpg"));
     r = cli("thumbs '" + path("Bilder/") + "' --size 100 --threads 1");
     EXPECT_EQ(r.status, 0) << err();
-    EXPECT_NE(err().find("3 files: 0 made, 2 from the cache, 1 media, 0 unreadable\n"), std::string::npos)
+    EXPECT_NE(err().find("3 files: 0 made, 2 from the cache, 1 media, 0 unreadable\n"),
+              std::string::npos)
         << err();
 }
 
@@ -70,7 +78,8 @@ TEST_F(CliThumbsTest, BadInputEndsWithTheMessage) {
 
     fs::create_directories(path("Bilder"));
     const std::string usage =
-        "brindlesee-cli: usage: brindlesee-cli thumbs FOLDER [--size N] [--threads N] [--english|--german]\n";
+        "brindlesee-cli: usage: brindlesee-cli thumbs FOLDER [--size N] [--threads N] "
+        "[--english|--german]\n";
     for (const char* bad : {"--size 0", "--size x", "--size", "--fast", "--threads 0"}) {
         SCOPED_TRACE(bad);
         r = cli("thumbs '" + path("Bilder") + "' " + bad);
