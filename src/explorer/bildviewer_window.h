@@ -67,6 +67,7 @@ class FrmBildviewer : public QMainWindow {
                                                 Prompter& prompter, Language language, QWidget* parent = nullptr);
 
     void setLanguage(Language language);
+    Language language() const { return language_; }
     void setToolOpener(ToolOpener opener) { toolOpener_ = std::move(opener); }
     // Called on the thread that made each thumbnail, before it is shown.
     // Set it before the first folder is shown.

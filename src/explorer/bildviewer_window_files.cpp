@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "explorer/bildviewer_window.h"
+#include "explorer/rename_many_dialog.h"
 
 namespace brindle::explorer {
 
@@ -75,12 +76,9 @@ void FrmBildviewer::rename() {
     if (files.size() == 1) {
         renamed = operations_.renameOne(files.front());
     } else {
-        // Several names: "search for" and "replace with", asked one after the other.
-        const auto search = prompter_.inputText(t("Suchen nach:", "Search for:"), t("Umbenennen", "Rename"), "");
-        if (!search) return;
-        const auto replace = prompter_.inputText(t("Ersetzen durch:", "Replace with:"), t("Umbenennen", "Rename"), "");
-        if (!replace) return;
-        operations_.renameMany(files, RenameRule{*search, *replace, false, false});
+        FrmUmbenennenMulti dialog(language_, this);
+        if (dialog.exec() != QDialog::Accepted) return;
+        operations_.renameMany(files, dialog.rule());
     }
     if (renamed) pendingSelection_ = fs::path(*renamed).filename().string();
     refresh();

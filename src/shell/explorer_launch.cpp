@@ -27,10 +27,10 @@ explorer::FrmBildviewer* openExplorerWindow(const std::string& programDirectory,
                                             Prompter& prompter, Language language, QWidget* parent) {
     auto* window = new explorer::FrmBildviewer(programDirectory, {}, prompter, language, parent);
     window->setAttribute(Qt::WA_DeleteOnClose);
-    window->setToolOpener([window, &prompter, language, programDirectory](const std::string& key,
-                                                                          std::vector<std::string> files) {
-        openExplorerTool(key, files, prompter, language, window, programDirectory);
+    window->setToolOpener([window, &prompter, programDirectory](const std::string& key, std::vector<std::string> files) {
+        openExplorerTool(key, files, prompter, window->language(), window, programDirectory);
     });
+    followToolLanguage(window, [window](Language l) { window->setLanguage(l); });
     if (!start.file.empty())
         window->selectFile(start.file);
     else

@@ -7,6 +7,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
+#include <QCheckBox>
+#include <QDialog>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHeaderView>
@@ -378,6 +380,33 @@ class BildviewerWindowTest : public QObject {
         QCOMPARE(w.folder(), pictures_.filePath("unter").toStdString());
         w.MenüGeklickt("pfadrunter");
         QCOMPARE(w.folder(), folder());
+    }
+
+    void renameOneAndMany() {
+        saveSolid(pic("Urlaub_1.jpg"), 20, 20, Qt::red);
+        saveSolid(pic("Urlaub_2.jpg"), 20, 20, Qt::red);
+        saveSolid(pic("a.jpg"), 20, 20, Qt::red);
+        test::ScriptedPrompter prompter;
+        FrmBildviewer w(prog_, folder(), prompter, Language::German);
+        w.show();
+        select(w, {"a.jpg"});
+        prompter.inputs = {"b.jpg"};
+        w.MenüGeklickt("Umbenennen");
+        QCOMPARE(prompter.asked.back(), std::string("input|Umbenennen|Neuer Name:|a.jpg"));
+        QCOMPARE(names(w), QStringList({"b.jpg", "Urlaub_1.jpg", "Urlaub_2.jpg"}));
+        QCOMPARE(w.selectedFiles(), std::vector<std::string>{pic("b.jpg").toStdString()});
+
+        select(w, {"Urlaub_1.jpg", "Urlaub_2.jpg"});
+        QTimer::singleShot(0, this, [] {
+            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            QVERIFY(dialog && dialog->objectName() == "frmUmbenennenMulti");
+            dialog->findChild<QComboBox*>("cmbSuchenNach")->setEditText("urlaub");
+            dialog->findChild<QComboBox*>("cmbErsetztenDurch")->setEditText("Ferien");
+            QVERIFY(!dialog->findChild<QCheckBox*>("chkGroßKlein")->isChecked());
+            dialog->accept();
+        });
+        w.MenüGeklickt("Umbenennen");
+        QCOMPARE(names(w), QStringList({"b.jpg", "Ferien_1.jpg", "Ferien_2.jpg"}));
     }
 
     void deleteAsksAndMovesToTheTrash() {

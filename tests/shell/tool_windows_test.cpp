@@ -1,6 +1,7 @@
 // The picture tools from the main window's Werkzeug menu and from the
 // start switches: the windows open on the chosen pictures and follow the
 // program's language.
+#include <QAction>
 #include <QApplication>
 #include <QMenu>
 #include <QTest>
@@ -140,6 +141,11 @@ class ToolWindowsTest : public QObject {
             f.home, explorerStart({picture}, start, "/", *f.prompter, Language::German), *f.prompter,
             Language::German);
         QCOMPARE(w->selectedFiles(), std::vector<std::string>{picture});
+        // It follows the program's language like the tools.
+        shell::setToolLanguage(Language::English);
+        QCOMPARE(w->language(), Language::English);
+        QCOMPARE(w->findChild<QAction*>("zoom")->toolTip(), QString("Size Thumbs"));
+        shell::setToolLanguage(Language::German);
         // Its tool keys open the tools on the selection.
         const std::pair<const char*, const QMetaObject*> tools[] = {
             {"zeichnen", &studio::DesignWindow::staticMetaObject},
