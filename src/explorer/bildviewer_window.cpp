@@ -335,7 +335,9 @@ void FrmBildviewer::setLanguage(Language language) {
     language_ = language;
     operations_.setLanguage(language);
     applyTexts();
-    fillModel();
+    const std::vector<std::string> selected = selectedFiles();
+    fillModel();  // the column heads and texts in the new language
+    reselect(selected);
     selectionChanged();
 }
 

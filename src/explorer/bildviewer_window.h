@@ -128,6 +128,7 @@ class FrmBildviewer : public QMainWindow {
     void showPreview(const FileEntry* row);
     QAbstractItemView* currentView() const;
     std::vector<int> selectedRows() const;
+    void reselect(const std::vector<std::string>& paths);
 
     // bildviewer_window_media.cpp: the media preview.
     void buildMedia();

@@ -55,11 +55,7 @@ void FrmBildviewer::turnSelection(bool right) {
         }
     const std::vector<std::string> selected = selectedFiles();
     fillModel();
-    for (const std::string& path : selected)
-        for (int r = 0; r < int(rows_.size()); ++r)
-            if (rows_[r].path == path)
-                details_->selectionModel()->select(model_->index(r, 0),
-                                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    reselect(selected);
     startFeed();
     emit thumbnailsChanged();
 }

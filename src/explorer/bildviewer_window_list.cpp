@@ -239,11 +239,7 @@ void FrmBildviewer::sortBy(int column, bool descending) {
     icons_ = std::move(icons);
     fillModel();
     startFeed();
-    for (const std::string& path : selected)
-        for (int r = 0; r < int(rows_.size()); ++r)
-            if (rows_[r].path == path)
-                details_->selectionModel()->select(model_->index(r, 0),
-                                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    reselect(selected);
     emit thumbnailsChanged();
 }
 
@@ -383,6 +379,17 @@ void FrmBildviewer::showThumbnail(int epoch, std::uint64_t generation, std::size
 void FrmBildviewer::dropThumbnail(const std::string& picture) {
     std::error_code ec;
     std::filesystem::remove(thumbnailPath(programDirectory_, picture), ec);
+}
+
+// After the model was made anew: the same files selected again.
+void FrmBildviewer::reselect(const std::vector<std::string>& paths) {
+    QItemSelectionModel* selection = details_->selectionModel();
+    for (int r = 0; r < int(rows_.size()); ++r)
+        if (std::find(paths.begin(), paths.end(), rows_[r].path) != paths.end()) {
+            const QModelIndex i = model_->index(r, 0);
+            selection->select(i, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+            if (!selection->currentIndex().isValid()) selection->setCurrentIndex(i, QItemSelectionModel::NoUpdate);
+        }
 }
 
 std::vector<int> FrmBildviewer::selectedRows() const {

@@ -295,7 +295,9 @@ class BildviewerWindowTest : public QObject {
         w.findChild<QAction*>("Sortname")->trigger();
         QCOMPARE(names(w), QStringList({"a.jpg", "b.jpg", "c.jpg"}));
 
+        select(w, {"c.jpg"});
         w.setLanguage(Language::English);
+        QCOMPARE(w.selectedFiles(), std::vector<std::string>{pic("c.jpg").toStdString()});
         heads.clear();
         for (int c = 0; c < explorer::kColumnCount; ++c) heads << model(w)->headerData(c, Qt::Horizontal).toString();
         QCOMPARE(heads, QStringList({"Filename", "Size", "Type", "Change at", "Attribute", "Width", "Height", "Pixel"}));
