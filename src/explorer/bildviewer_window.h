@@ -132,6 +132,7 @@ class FrmBildviewer : public QMainWindow {
 
     // bildviewer_window_media.cpp: the media preview.
     void buildMedia();
+    void makePlayer();
     void showMedia(const FileEntry* row);
 
     // bildviewer_window_commands.cpp: commands and file operations.

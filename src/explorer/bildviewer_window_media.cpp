@@ -36,11 +36,15 @@ void FrmBildviewer::buildMedia() {
     buttons->addWidget(cmdStop_);
     layout->addLayout(buttons);
     picMedia_->hide();
+}
 
+// The player and its sound output come with the first media file, so a
+// folder of pictures never wakes the sound system.
+void FrmBildviewer::makePlayer() {
     player_ = new QMediaPlayer(this);
     audio_ = new QAudioOutput(this);
     player_->setAudioOutput(audio_);
-    player_->setVideoOutput(video);
+    player_->setVideoOutput(picMedia_->findChild<QVideoWidget*>("videoMedia"));
     connect(cmdPlay_, &QPushButton::clicked, player_, &QMediaPlayer::play);
     connect(cmdStop_, &QPushButton::clicked, player_, &QMediaPlayer::stop);
     connect(player_, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error, const QString& text) {
@@ -55,13 +59,14 @@ void FrmBildviewer::buildMedia() {
 
 void FrmBildviewer::showMedia(const FileEntry* row) {
     if (!row || !isMediaName(row->name)) {
-        if (picMedia_->isVisible()) {
+        if (player_ && picMedia_->isVisible()) {
             player_->stop();
             player_->setSource(QUrl());
         }
         picMedia_->hide();
         return;
     }
+    if (!player_) makePlayer();
     const QUrl url = QUrl::fromLocalFile(QString::fromStdString(row->path));
     if (player_->source() == url && picMedia_->isVisible()) return;
     player_->stop();
