@@ -19,6 +19,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -556,6 +557,44 @@ class BildviewerWindowTest : public QObject {
         QVERIFY2(ticksWhileMaking > 0, "the GUI thread did not answer while the thumbnails came");
         QCOMPARE(watch.calls.load(), 2000);
         QCOMPARE(watch.onGuiThread.load(), 0);
+    }
+
+    void theRowsOnScreenComeFirst() {
+        QImage img(40, 30, QImage::Format_RGB32);
+        img.fill(QColor(200, 120, 40));
+        for (int i = 0; i < 300; ++i) QVERIFY(img.save(pic(QString::asprintf("p%03d.jpg", i).toUtf8().constData()), "JPG"));
+        test::ScriptedPrompter prompter;
+        // Each thumbnail waits for a permit, so the order of the work shows.
+        QSemaphore permits;
+        FrmBildviewer w(prog_, {}, prompter, Language::German);
+        struct Release {
+            QSemaphore& s;
+            ~Release() { s.release(100000); }
+        } release{permits};
+        w.setThumbnailHook([&permits] { permits.acquire(); });
+        w.findChild<QAction*>("mnuGrosseSymbole")->trigger();
+        w.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        w.showFolder(folder());
+        auto* list = w.findChild<QListView*>("ListView1");
+        // The list lays itself out in batches: scroll until the last row is on screen.
+        auto lastOnScreen = [&] {
+            list->scrollToBottom();
+            return list->visualRect(model(w)->index(299, 0)).intersects(list->viewport()->rect());
+        };
+        QTRY_VERIFY(lastOnScreen());
+        // The scroll reaches the pool before any worker is free again.
+        QTest::qWait(50);
+        auto hasIcon = [&](int row) { return w.rows()[row].width > 0; };
+        int released = 0;
+        while (!hasIcon(299) && released < 300) {
+            permits.release();
+            ++released;
+            QTRY_COMPARE_WITH_TIMEOUT(w.thumbnailsShown(), released, 10000);
+        }
+        QVERIFY(hasIcon(299));
+        QVERIFY2(!hasIcon(150), "a row far from the screen came before the last one on it");
+        QVERIFY(released < 150);
     }
 
     void startWithAPictureSelectsIt() {
