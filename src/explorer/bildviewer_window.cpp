@@ -115,7 +115,8 @@ QIcon drawnIcon(const char* key, const char* glyph) {
         p.drawEllipse(QPointF(12, 13.5), 4, 4);
     } else if (k == "panorama") {  // a wide picture with hills
         p.drawRect(QRectF(2, 7, 20, 10));
-        p.drawPolyline(QPolygonF({QPointF(2, 16), QPointF(7, 11), QPointF(11, 14), QPointF(16, 9), QPointF(22, 15)}));
+        p.drawPolyline(QPolygonF(
+            {QPointF(2, 16), QPointF(7, 11), QPointF(11, 14), QPointF(16, 9), QPointF(22, 15)}));
     } else {
         QFont f = p.font();
         f.setPixelSize(17);
@@ -128,14 +129,15 @@ QIcon drawnIcon(const char* key, const char* glyph) {
 
 }  // namespace
 
-FrmBildviewer::FrmBildviewer(std::string programDirectory, std::string startFolder, Prompter& prompter,
-                             Language language, QWidget* parent)
+FrmBildviewer::FrmBildviewer(std::string programDirectory, std::string startFolder,
+                             Prompter& prompter, Language language, QWidget* parent)
     : QMainWindow(parent),
       programDirectory_(std::move(programDirectory)),
       prompter_(prompter),
       language_(language),
       operations_(prompter, language,
-                  {[this](const std::string& s) { status(s); }, [this](const std::string& p) { dropThumbnail(p); }}) {
+                  {[this](const std::string& s) { status(s); },
+                   [this](const std::string& p) { dropThumbnail(p); }}) {
     setObjectName("FrmBildviewer");
     // A window of its own, also when another window opens it.
     setWindowFlag(Qt::Window, true);
@@ -171,14 +173,16 @@ void FrmBildviewer::buildToolBar() {
             tbToolBar_->addSeparator();
             continue;
         }
-        const QIcon icon = e.standard != kNoIcon ? style()->standardIcon(e.standard) : drawnIcon(e.key, e.glyph);
+        const QIcon icon =
+            e.standard != kNoIcon ? style()->standardIcon(e.standard) : drawnIcon(e.key, e.glyph);
         QAction* a = tbToolBar_->addAction(icon, QString());
         a->setObjectName(QString::fromUtf8(e.key));
         const std::string key = e.key;
         connect(a, &QAction::triggered, this, [this, key] { MenüGeklickt(key); });
     }
     // Printing and the scanner come later.
-    for (const char* key : {"print", "twain"}) findChild<QAction*>(QString::fromUtf8(key))->setEnabled(false);
+    for (const char* key : {"print", "twain"})
+        findChild<QAction*>(QString::fromUtf8(key))->setEnabled(false);
     findChild<QAction*>("folder")->setCheckable(true);
     findChild<QAction*>("folder")->setChecked(true);
 }
@@ -204,7 +208,8 @@ void FrmBildviewer::buildMenus() {
     mnuSortieren_->setObjectName("mnuSortieren");
     // The sort keys of the old list, by name, size and time; the Details
     // view also sorts by any column head.
-    const std::pair<SortKey, int> keys[] = {{SortKey::Name, kColName}, {SortKey::Size, kColSize}, {SortKey::Time, kColTime}};
+    const std::pair<SortKey, int> keys[] = {
+        {SortKey::Name, kColName}, {SortKey::Size, kColSize}, {SortKey::Time, kColTime}};
     for (const auto& [key, column] : keys) {
         QAction* a = mnuSortieren_->addAction(QString());
         a->setObjectName(sortKeyName(key));
@@ -245,10 +250,12 @@ void FrmBildviewer::buildViews() {
     ListView1_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     ListView1_->setLayoutMode(QListView::Batched);
     ListView1_->setBatchSize(200);
-    for (QAbstractItemView* v : {static_cast<QAbstractItemView*>(details_), static_cast<QAbstractItemView*>(ListView1_)}) {
+    for (QAbstractItemView* v :
+         {static_cast<QAbstractItemView*>(details_), static_cast<QAbstractItemView*>(ListView1_)}) {
         v->setContextMenuPolicy(Qt::CustomContextMenu);
         v->setEditTriggers(QAbstractItemView::NoEditTriggers);
-        connect(v, &QWidget::customContextMenuRequested, this, [this](const QPoint& p) { openContextMenu(p); });
+        connect(v, &QWidget::customContextMenuRequested, this,
+                [this](const QPoint& p) { openContextMenu(p); });
         v->installEventFilter(this);
         // In the open-dialog role a double click chooses, else it shows the picture.
         connect(v, &QAbstractItemView::doubleClicked, this, [this] {
@@ -258,15 +265,19 @@ void FrmBildviewer::buildViews() {
                 MenüGeklickt("vollbild");
         });
     }
-    connect(details_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { selectionChanged(); });
+    connect(details_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { selectionChanged(); });
 
     visibleTimer_ = new QTimer(this);
     visibleTimer_->setSingleShot(true);
     visibleTimer_->setInterval(0);
     connect(visibleTimer_, &QTimer::timeout, this, [this] { requestVisible(); });
-    for (QAbstractItemView* v : {static_cast<QAbstractItemView*>(details_), static_cast<QAbstractItemView*>(ListView1_)})
-        connect(v->verticalScrollBar(), &QScrollBar::valueChanged, visibleTimer_, qOverload<>(&QTimer::start));
-    connect(ListView1_->horizontalScrollBar(), &QScrollBar::valueChanged, visibleTimer_, qOverload<>(&QTimer::start));
+    for (QAbstractItemView* v :
+         {static_cast<QAbstractItemView*>(details_), static_cast<QAbstractItemView*>(ListView1_)})
+        connect(v->verticalScrollBar(), &QScrollBar::valueChanged, visibleTimer_,
+                qOverload<>(&QTimer::start));
+    connect(ListView1_->horizontalScrollBar(), &QScrollBar::valueChanged, visibleTimer_,
+            qOverload<>(&QTimer::start));
 
     picBild_ = new QLabel;
     picBild_->setObjectName("picBild");
@@ -354,7 +365,8 @@ void FrmBildviewer::applyTexts() {
     mnuDatei_->setTitle(QString::fromUtf8(t("&Datei", "&File")));
     findChild<QAction*>("mnuSchliessen")->setText(QString::fromUtf8(t("Schließen", "Close")));
     mnuAnsicht_->setTitle(QString::fromUtf8(t("&Ansicht", "&View")));
-    for (const ModeEntry& m : kModes) findChild<QAction*>(m.name)->setText(QString::fromUtf8(t(m.german, m.english)));
+    for (const ModeEntry& m : kModes)
+        findChild<QAction*>(m.name)->setText(QString::fromUtf8(t(m.german, m.english)));
     mnuSortieren_->setTitle(QString::fromUtf8(t("Sortieren nach", "Sort by")));
     findChild<QAction*>("Sortname")->setText(QString::fromUtf8(t("Name", "Name")));
     findChild<QAction*>("SortSize")->setText(QString::fromUtf8(t("Größe", "Size")));
@@ -362,10 +374,12 @@ void FrmBildviewer::applyTexts() {
     lblPattern_->setText(QString::fromUtf8(t("Dateityp:", "File type:")));
     const int keep = patternIndex_;
     cmbPattern_->clear();
-    for (const FileFilter& f : fileFilters(language_)) cmbPattern_->addItem(QString::fromStdString(f.label));
+    for (const FileFilter& f : fileFilters(language_))
+        cmbPattern_->addItem(QString::fromStdString(f.label));
     cmbPattern_->setCurrentIndex(keep);
     dialogButtons_->button(QDialogButtonBox::Ok)->setText("OK");
-    dialogButtons_->button(QDialogButtonBox::Cancel)->setText(QString::fromUtf8(t("Abbrechen", "Cancel")));
+    dialogButtons_->button(QDialogButtonBox::Cancel)
+        ->setText(QString::fromUtf8(t("Abbrechen", "Cancel")));
     cmdPlay_->setText(QString::fromUtf8(t("Abspielen", "Play")));
     cmdStop_->setText(QString::fromUtf8(t("Stopp", "Stop")));
 }

@@ -57,14 +57,15 @@ class FrmBildviewer : public QMainWindow {
     // "Teilen", "bearbeiten") on the files.
     using ToolOpener = std::function<void(const std::string& tool, std::vector<std::string> files)>;
 
-    FrmBildviewer(std::string programDirectory, std::string startFolder, Prompter& prompter, Language language,
-                  QWidget* parent = nullptr);
+    FrmBildviewer(std::string programDirectory, std::string startFolder, Prompter& prompter,
+                  Language language, QWidget* parent = nullptr);
     ~FrmBildviewer() override;
 
     // The explorer as an open dialog: shown modal with OK and Cancel; the
     // selected paths, or none when cancelled.
-    static std::vector<std::string> chooseFiles(const std::string& programDirectory, const std::string& startFolder,
-                                                Prompter& prompter, Language language, QWidget* parent = nullptr);
+    static std::vector<std::string> chooseFiles(const std::string& programDirectory,
+                                                const std::string& startFolder, Prompter& prompter,
+                                                Language language, QWidget* parent = nullptr);
 
     void setLanguage(Language language);
     Language language() const { return language_; }
@@ -109,7 +110,9 @@ class FrmBildviewer : public QMainWindow {
     void buildMenus();
     void buildViews();
     void applyTexts();
-    const char* t(const char* german, const char* english) const { return brindle::tr(language_, german, english); }
+    const char* t(const char* german, const char* english) const {
+        return brindle::tr(language_, german, english);
+    }
 
     // bildviewer_window_list.cpp: the list and its thumbnails.
     void refresh();
@@ -121,8 +124,8 @@ class FrmBildviewer : public QMainWindow {
     void requestVisible();
     void makePool();
     void deliver(int epoch, ThumbnailResult&& result);
-    void showThumbnail(int epoch, std::uint64_t generation, std::size_t index, const QImage& image, int width, int height,
-                       bool failed, const std::string& message);
+    void showThumbnail(int epoch, std::uint64_t generation, std::size_t index, const QImage& image,
+                       int width, int height, bool failed, const std::string& message);
     void dropThumbnail(const std::string& picture);
     void selectionChanged();
     void showPreview(const FileEntry* row);
@@ -158,12 +161,13 @@ class FrmBildviewer : public QMainWindow {
     Prompter& prompter_;
     Language language_;
     ToolOpener toolOpener_;
-    std::shared_ptr<std::function<void()>> thumbnailHook_ = std::make_shared<std::function<void()>>();
+    std::shared_ptr<std::function<void()>> thumbnailHook_ =
+        std::make_shared<std::function<void()>>();
 
     std::string folder_;
-    std::vector<FileEntry> rows_;           // in the order shown
-    std::vector<QIcon> icons_;            // per row; null until its thumbnail came
-    std::vector<int> feedRows_;           // the row of each entry given to the pool
+    std::vector<FileEntry> rows_;  // in the order shown
+    std::vector<QIcon> icons_;     // per row; null until its thumbnail came
+    std::vector<int> feedRows_;    // the row of each entry given to the pool
     bool toldStampFailure_ = false;
     int thumbsShown_ = 0;
     ViewMode mode_ = ViewMode::LargeIcons;

@@ -30,19 +30,27 @@ struct PopupEntry {
     bool enabled;
 };
 const PopupEntry kPopup[] = {
-    {"ausschneiden", "Ausschneiden", "Cut", true},   {"kopieren", "Kopieren", "Copy", true},
-    {"einfügen", "Einfügen", "Paste", true},         {"löschen", "Löschen", "Delete", true},
-    {"", "", "", true},                              {"Umbenennen", "Umbenennen", "Rename", true},
-    {"Größe", "Größe ändern", "Resize", true},       {"zeichnen", "Fotodesign", "Photo design", true},
-    {"bearbeiten", "Bearbeiten", "Edit", true},      {"Teilen", "Teilen", "Split", true},
-    {"Drucken", "Drucken", "Print", false},          {"MakeAVI", "AVI erstellen", "Make AVI", false},
-    {"Redeye", "Rote Augen", "Red eyes", true},      {"MakePano", "Panorama erstellen", "Make panorama", true},
+    {"ausschneiden", "Ausschneiden", "Cut", true},
+    {"kopieren", "Kopieren", "Copy", true},
+    {"einfügen", "Einfügen", "Paste", true},
+    {"löschen", "Löschen", "Delete", true},
+    {"", "", "", true},
+    {"Umbenennen", "Umbenennen", "Rename", true},
+    {"Größe", "Größe ändern", "Resize", true},
+    {"zeichnen", "Fotodesign", "Photo design", true},
+    {"bearbeiten", "Bearbeiten", "Edit", true},
+    {"Teilen", "Teilen", "Split", true},
+    {"Drucken", "Drucken", "Print", false},
+    {"MakeAVI", "AVI erstellen", "Make AVI", false},
+    {"Redeye", "Rote Augen", "Red eyes", true},
+    {"MakePano", "Panorama erstellen", "Make panorama", true},
 };
 
 // The tools the callback opens, by the keys that name them.
 const std::map<std::string, std::string> kToolOfKey = {
-    {"zeichnen", "zeichnen"}, {"redeye", "redeye"}, {"Redeye", "redeye"},     {"panorama", "panorama"},
-    {"MakePano", "panorama"}, {"Größe", "Größe"},   {"Teilen", "Teilen"},     {"bearbeiten", "bearbeiten"},
+    {"zeichnen", "zeichnen"}, {"redeye", "redeye"},         {"Redeye", "redeye"},
+    {"panorama", "panorama"}, {"MakePano", "panorama"},     {"Größe", "Größe"},
+    {"Teilen", "Teilen"},     {"bearbeiten", "bearbeiten"},
 };
 
 }  // namespace
@@ -96,13 +104,26 @@ bool FrmBildviewer::eventFilter(QObject* watched, QEvent* event) {
     const Qt::KeyboardModifiers mods = key->modifiers() & ~Qt::KeypadModifier;
     if (mods != Qt::NoModifier) return QMainWindow::eventFilter(watched, event);
     switch (key->key()) {
-        case Qt::Key_C: MenüGeklickt("kopieren"); return true;
-        case Qt::Key_V: MenüGeklickt("einfügen"); return true;
-        case Qt::Key_X: MenüGeklickt("ausschneiden"); return true;
-        case Qt::Key_Delete: MenüGeklickt("löschen"); return true;
-        case Qt::Key_A: currentView()->selectAll(); return true;
-        case Qt::Key_Backspace: MenüGeklickt("pfadrunter"); return true;
-        default: return QMainWindow::eventFilter(watched, event);
+        case Qt::Key_C:
+            MenüGeklickt("kopieren");
+            return true;
+        case Qt::Key_V:
+            MenüGeklickt("einfügen");
+            return true;
+        case Qt::Key_X:
+            MenüGeklickt("ausschneiden");
+            return true;
+        case Qt::Key_Delete:
+            MenüGeklickt("löschen");
+            return true;
+        case Qt::Key_A:
+            currentView()->selectAll();
+            return true;
+        case Qt::Key_Backspace:
+            MenüGeklickt("pfadrunter");
+            return true;
+        default:
+            return QMainWindow::eventFilter(watched, event);
     }
 }
 
@@ -150,7 +171,8 @@ void FrmBildviewer::fullView() {
     // Several selected: those; one: the whole folder from it on.
     for (const FileEntry& row : rows_) {
         if (isMediaName(row.name)) continue;
-        const bool isSelected = std::find(selected.begin(), selected.end(), row.path) != selected.end();
+        const bool isSelected =
+            std::find(selected.begin(), selected.end(), row.path) != selected.end();
         if (selected.size() > 1 && !isSelected) continue;
         if (selected.size() == 1 && isSelected) first = int(pictures.size());
         pictures.push_back(row.path);
@@ -161,8 +183,8 @@ void FrmBildviewer::fullView() {
 }
 
 void FrmBildviewer::zoom() {
-    const auto answer = prompter_.inputText(t("Größe Thumbnails:", "Size thumbnails:"), t("Zoom", "Zoom"),
-                                            std::to_string(thumbSize_));
+    const auto answer = prompter_.inputText(t("Größe Thumbnails:", "Size thumbnails:"),
+                                            t("Zoom", "Zoom"), std::to_string(thumbSize_));
     if (!answer) return;
     int size = 0;
     try {
@@ -170,7 +192,8 @@ void FrmBildviewer::zoom() {
     } catch (...) {
         return;
     }
-    if (size < kMinOptionsThumbnailSize || size > kMaxOptionsThumbnailSize || size == thumbSize_) return;
+    if (size < kMinOptionsThumbnailSize || size > kMaxOptionsThumbnailSize || size == thumbSize_)
+        return;
     thumbSize_ = size;
     makePool();
     applyViewMode();
@@ -178,16 +201,19 @@ void FrmBildviewer::zoom() {
 }
 
 void FrmBildviewer::help() {
-    prompter_.message(t("Brindlesee Explorer: Doppelklick zeigt ein Bild im Vollbild (Pfeiltasten blättern, Esc "
-                        "schließt). Tasten: c kopieren, x ausschneiden, v einfügen, Entf löschen, a alles "
-                        "auswählen. Die rechte Maustaste öffnet die Werkzeuge.",
-                        "Brindlesee Explorer: a double click shows a picture full screen (arrow keys browse, Esc "
-                        "closes). Keys: c copy, x cut, v paste, Del delete, a select all. The right mouse button "
-                        "opens the tools."),
-                      kButtonsOk | kIconInformation, t("Hilfe", "Help"));
+    prompter_.message(
+        t("Brindlesee Explorer: Doppelklick zeigt ein Bild im Vollbild (Pfeiltasten blättern, Esc "
+          "schließt). Tasten: c kopieren, x ausschneiden, v einfügen, Entf löschen, a alles "
+          "auswählen. Die rechte Maustaste öffnet die Werkzeuge.",
+          "Brindlesee Explorer: a double click shows a picture full screen (arrow keys browse, Esc "
+          "closes). Keys: c copy, x cut, v paste, Del delete, a select all. The right mouse button "
+          "opens the tools."),
+        kButtonsOk | kIconInformation, t("Hilfe", "Help"));
 }
 
-void FrmBildviewer::status(const std::string& text) { statusBar()->showMessage(QString::fromStdString(text)); }
+void FrmBildviewer::status(const std::string& text) {
+    statusBar()->showMessage(QString::fromStdString(text));
+}
 
 void FrmBildviewer::closeEvent(QCloseEvent* event) {
     saveSettings();
@@ -195,8 +221,9 @@ void FrmBildviewer::closeEvent(QCloseEvent* event) {
 }
 
 std::vector<std::string> FrmBildviewer::chooseFiles(const std::string& programDirectory,
-                                                    const std::string& startFolder, Prompter& prompter,
-                                                    Language language, QWidget* parent) {
+                                                    const std::string& startFolder,
+                                                    Prompter& prompter, Language language,
+                                                    QWidget* parent) {
     FrmBildviewer window(programDirectory, startFolder, prompter, language, parent);
     window.setWindowModality(Qt::ApplicationModal);
     window.dialogButtons_->show();

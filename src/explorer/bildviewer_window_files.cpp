@@ -27,7 +27,8 @@ void FrmBildviewer::paste() {
     const OperationResult result = operations_.paste(clipboard_, folder_ + "/");
     // Moved files are gone from where they were: the clipboard is spent.
     if (clipboard_.mode == ClipboardMode::Move) clipboard_.clear();
-    const std::string select = result.done.empty() ? std::string() : fs::path(result.done.back()).filename().string();
+    const std::string select =
+        result.done.empty() ? std::string() : fs::path(result.done.back()).filename().string();
     pendingSelection_ = select;
     refresh();
 }
@@ -83,9 +84,12 @@ void FrmBildviewer::rename() {
 void FrmBildviewer::loadSettings() {
     options_ = loadExplorerOptions(programDirectory_);
     mode_ = options_.view;
-    sortColumn_ = options_.sort == SortKey::Size ? kColSize : options_.sort == SortKey::Time ? kColTime : kColName;
+    sortColumn_ = options_.sort == SortKey::Size   ? kColSize
+                  : options_.sort == SortKey::Time ? kColTime
+                                                   : kColName;
     sortDescending_ = options_.descending;
-    thumbSize_ = std::clamp(options_.thumbnailSize, kMinOptionsThumbnailSize, kMaxOptionsThumbnailSize);
+    thumbSize_ =
+        std::clamp(options_.thumbnailSize, kMinOptionsThumbnailSize, kMaxOptionsThumbnailSize);
     patternIndex_ = std::max(0, options_.filter);
     if (options_.width > 0 && options_.height > 0) {
         resize(options_.width, options_.height);

@@ -1,5 +1,7 @@
 // The list of FrmBildviewer: rows of the shown folder, its view modes and
 // order, and thumbnails that arrive from the worker threads.
+#include <sys/stat.h>
+
 #include <QAction>
 #include <QComboBox>
 #include <QFileSystemModel>
@@ -13,11 +15,9 @@
 #include <QStandardItemModel>
 #include <QTimer>
 #include <QTreeView>
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <fstream>
 #include <filesystem>
+#include <fstream>
 #include <unordered_map>
 
 #include "explorer/bildviewer_window.h"
@@ -58,12 +58,17 @@ QIcon symbolIcon(const char* glyph, QColor back, QColor fore) {
 
 // The source size from a valid cached thumbnail's trailer: its last bytes,
 // without decoding it or opening the picture.
-bool cachedPictureSize(const std::string& programDirectory, const std::string& path, int& width, int& height) {
+bool cachedPictureSize(const std::string& programDirectory, const std::string& path, int& width,
+                       int& height) {
     const std::string thumb = thumbnailPath(programDirectory, path);
-    struct stat source {}, cached {};
+    struct stat source {
+    }, cached{};
     if (::stat(path.c_str(), &source) != 0 || ::stat(thumb.c_str(), &cached) != 0) return false;
-    if (source.st_mtim.tv_sec != cached.st_mtim.tv_sec || source.st_mtim.tv_nsec != cached.st_mtim.tv_nsec) return false;
-    if (cached.st_size < off_t(kThumbnailTrailerBytes) || std::size_t(cached.st_size) > kMaxThumbnailFileBytes)
+    if (source.st_mtim.tv_sec != cached.st_mtim.tv_sec ||
+        source.st_mtim.tv_nsec != cached.st_mtim.tv_nsec)
+        return false;
+    if (cached.st_size < off_t(kThumbnailTrailerBytes) ||
+        std::size_t(cached.st_size) > kMaxThumbnailFileBytes)
         return false;
     std::ifstream in(thumb, std::ios::binary);
     in.seekg(-off_t(kThumbnailTrailerBytes), std::ios::end);
@@ -90,7 +95,8 @@ const QIcon& mediaIcon() {
 }
 // BildFehler: what stands for a picture that did not load.
 const QIcon& errorIcon() {
-    static const QIcon icon = symbolIcon("\u2715", QColor(0xF4, 0xD6, 0xD6), QColor(0xB0, 0x20, 0x20));
+    static const QIcon icon =
+        symbolIcon("\u2715", QColor(0xF4, 0xD6, 0xD6), QColor(0xB0, 0x20, 0x20));
     return icon;
 }
 
@@ -122,7 +128,8 @@ void FrmBildviewer::selectFile(const std::string& path) {
 
 void FrmBildviewer::refresh() {
     const auto filters = fileFilters(language_);
-    const std::string pattern = filters[std::clamp(patternIndex_, 0, int(filters.size()) - 1)].patterns;
+    const std::string pattern =
+        filters[std::clamp(patternIndex_, 0, int(filters.size()) - 1)].patterns;
     // Names, sizes and times only: listing never opens a picture.
     rows_ = listFolder(folder_, pattern, [this](const std::string& path, int& w, int& h) {
                 return cachedPictureSize(programDirectory_, path, w, h);
@@ -171,18 +178,22 @@ void FrmBildviewer::fillModel() {
         const FileEntry& row = rows_[r];
         auto* name = new QStandardItem(QString::fromStdString(row.name));
         name->setData(r, kIndexRole);
-        name->setIcon(!icons_[r].isNull() ? icons_[r] : isMediaName(row.name) ? mediaIcon() : waitingIcon());
+        name->setIcon(!icons_[r].isNull()     ? icons_[r]
+                      : isMediaName(row.name) ? mediaIcon()
+                                              : waitingIcon());
         name->setToolTip(QString::fromStdString(row.name));
         model->setItem(r, 0, name);
         const std::vector<std::string> texts = columnTexts(row, language_);
         for (int c = 1; c < kColumnCount; ++c) {
             auto* cell = new QStandardItem(QString::fromStdString(texts[c]));
-            if (c == kColSize || c >= kColWidth) cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            if (c == kColSize || c >= kColWidth)
+                cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             model->setItem(r, c, cell);
         }
     }
     replaceModel(model);
-    details_->header()->setSortIndicator(sortColumn_, sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder);
+    details_->header()->setSortIndicator(
+        sortColumn_, sortDescending_ ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void FrmBildviewer::replaceModel(QStandardItemModel* model) {
@@ -192,7 +203,8 @@ void FrmBildviewer::replaceModel(QStandardItemModel* model) {
     details_->setModel(model_);
     ListView1_->setModel(model_);
     ListView1_->setSelectionModel(details_->selectionModel());
-    connect(details_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { selectionChanged(); });
+    connect(details_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { selectionChanged(); });
     if (oldSelection) oldSelection->deleteLater();
     if (old) old->deleteLater();
     for (int c = 0; c < kColumnCount; ++c) {
@@ -211,7 +223,9 @@ void FrmBildviewer::sortRows() {
     sortEntries(rows_, key, false);
     const int column = sortColumn_;
     auto value = [column, this](const FileEntry& e) -> std::string {
-        return column == kColType ? fileTypeText(e.name, language_) : column == kColAttributes ? attributeText(e.permissions) : std::string();
+        return column == kColType         ? fileTypeText(e.name, language_)
+               : column == kColAttributes ? attributeText(e.permissions)
+                                          : std::string();
     };
     auto number = [column](const FileEntry& e) -> std::int64_t {
         return column == kColWidth ? e.width : column == kColHeight ? e.height : e.pixels();
@@ -257,8 +271,8 @@ void FrmBildviewer::setViewMode(ViewMode mode) {
 }
 
 void FrmBildviewer::applyViewMode() {
-    static const char* const names[] = {"mnuDetails", "mnuListe", "mnuKleineSymbole", "mnuGrosseSymbole",
-                                        "mnuBildansicht"};
+    static const char* const names[] = {"mnuDetails", "mnuListe", "mnuKleineSymbole",
+                                        "mnuGrosseSymbole", "mnuBildansicht"};
     findChild<QAction*>(names[int(mode_)])->setChecked(true);
     picBild_->setVisible(mode_ == ViewMode::Picture);
     // The picture view keeps one row of thumbnails under the large picture.
@@ -320,9 +334,12 @@ void FrmBildviewer::requestVisible() {
         }
     if (first < 0) first = last = 0;
     // Rows to positions in the feed's list (which holds the rows without icons).
-    const int a = int(std::lower_bound(feedRows_.begin(), feedRows_.end(), first) - feedRows_.begin());
-    const int b = int(std::upper_bound(feedRows_.begin(), feedRows_.end(), last) - feedRows_.begin()) - 1;
-    pool_->setVisibleRange(std::size_t(std::min(a, int(feedRows_.size()) - 1)), std::size_t(std::max(a, b)));
+    const int a =
+        int(std::lower_bound(feedRows_.begin(), feedRows_.end(), first) - feedRows_.begin());
+    const int b =
+        int(std::upper_bound(feedRows_.begin(), feedRows_.end(), last) - feedRows_.begin()) - 1;
+    pool_->setVisibleRange(std::size_t(std::min(a, int(feedRows_.size()) - 1)),
+                           std::size_t(std::max(a, b)));
 }
 
 // The cache of the thumbnail size, and workers that read or make from it.
@@ -348,25 +365,29 @@ void FrmBildviewer::deliver(int epoch, ThumbnailResult&& r) {
     const QImage image = imageOfSection(t.pixels);
     QMetaObject::invokeMethod(
         this,
-        [this, epoch, generation = r.generation, index = r.index, image, w = t.sourceWidth, h = t.sourceHeight,
-         failed = t.kind == ThumbnailKind::Error, message = t.message ? t.message->text : std::string()] {
+        [this, epoch, generation = r.generation, index = r.index, image, w = t.sourceWidth,
+         h = t.sourceHeight, failed = t.kind == ThumbnailKind::Error,
+         message = t.message ? t.message->text : std::string()] {
             showThumbnail(epoch, generation, index, image, w, h, failed, message);
         },
         Qt::QueuedConnection);
 }
 
-void FrmBildviewer::showThumbnail(int epoch, std::uint64_t generation, std::size_t index, const QImage& image, int width,
-                                  int height, bool failed, const std::string& message) {
+void FrmBildviewer::showThumbnail(int epoch, std::uint64_t generation, std::size_t index,
+                                  const QImage& image, int width, int height, bool failed,
+                                  const std::string& message) {
     if (epoch != poolEpoch_ || generation != generation_ || index >= feedRows_.size()) return;
     const int r = feedRows_[index];
     if (!icons_[r].isNull()) return;
     FileEntry& row = rows_[r];
-    icons_[r] = image.isNull() ? (failed ? errorIcon() : mediaIcon()) : QIcon(QPixmap::fromImage(image));
+    icons_[r] =
+        image.isNull() ? (failed ? errorIcon() : mediaIcon()) : QIcon(QPixmap::fromImage(image));
     row.width = width;
     row.height = height;
     model_->item(r, 0)->setIcon(icons_[r]);
     const std::vector<std::string> texts = columnTexts(row, language_);
-    for (int c : {kColWidth, kColHeight, kColPixels}) model_->item(r, c)->setText(QString::fromStdString(texts[c]));
+    for (int c : {kColWidth, kColHeight, kColPixels})
+        model_->item(r, c)->setText(QString::fromStdString(texts[c]));
     ++thumbsShown_;
     emit thumbnailsChanged();
     // A time stamp that could not be written is told once per folder.
@@ -388,7 +409,8 @@ void FrmBildviewer::reselect(const std::vector<std::string>& paths) {
         if (std::find(paths.begin(), paths.end(), rows_[r].path) != paths.end()) {
             const QModelIndex i = model_->index(r, 0);
             selection->select(i, QItemSelectionModel::Select | QItemSelectionModel::Rows);
-            if (!selection->currentIndex().isValid()) selection->setCurrentIndex(i, QItemSelectionModel::NoUpdate);
+            if (!selection->currentIndex().isValid())
+                selection->setCurrentIndex(i, QItemSelectionModel::NoUpdate);
         }
 }
 
@@ -410,9 +432,11 @@ void FrmBildviewer::selectionChanged() {
     const std::vector<int> selected = selectedRows();
     const int r = current.isValid() && details_->selectionModel()->isRowSelected(current.row(), {})
                       ? current.row()
-                      : selected.empty() ? -1 : selected.front();
+                  : selected.empty() ? -1
+                                     : selected.front();
     const FileEntry* row = r >= 0 && r < int(rows_.size()) ? &rows_[r] : nullptr;
-    TxtFileinfo_->setPlainText(row ? QString::fromStdString(fileInfoText(*row, language_)) : QString());
+    TxtFileinfo_->setPlainText(row ? QString::fromStdString(fileInfoText(*row, language_))
+                                   : QString());
     showMedia(row);
     showPreview(row);
 }
@@ -441,8 +465,10 @@ void FrmBildviewer::showPreview(const FileEntry* row) {
         }
         cDIBSection fitted;
         if (!dib.empty()) {
-            const double s = std::min(1.0, std::min(double(box.width()) / dib.Width(), double(box.height()) / dib.Height()));
-            const int w = std::max(1, int(dib.Width() * s + 0.5)), h = std::max(1, int(dib.Height() * s + 0.5));
+            const double s = std::min(1.0, std::min(double(box.width()) / dib.Width(),
+                                                    double(box.height()) / dib.Height()));
+            const int w = std::max(1, int(dib.Width() * s + 0.5)),
+                      h = std::max(1, int(dib.Height() * s + 0.5));
             if (w == dib.Width() && h == dib.Height())
                 fitted = std::move(dib);
             else

@@ -47,14 +47,19 @@ void FrmBildviewer::makePlayer() {
     player_->setVideoOutput(picMedia_->findChild<QVideoWidget*>("videoMedia"));
     connect(cmdPlay_, &QPushButton::clicked, player_, &QMediaPlayer::play);
     connect(cmdStop_, &QPushButton::clicked, player_, &QMediaPlayer::stop);
-    connect(player_, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error, const QString& text) {
-        lblMedia_->setText(QString::fromUtf8(t("Fehler beim Abspielen: ", "Error while playing: ")) + text);
-    });
-    connect(player_, &QMediaPlayer::playbackStateChanged, this, [this](QMediaPlayer::PlaybackState state) {
-        if (player_->error() != QMediaPlayer::NoError) return;
-        lblMedia_->setText(state == QMediaPlayer::PlayingState ? QString::fromUtf8(t("Wiedergabe", "Playing"))
-                                                               : QString::fromUtf8(t("Angehalten", "Stopped")));
-    });
+    connect(
+        player_, &QMediaPlayer::errorOccurred, this,
+        [this](QMediaPlayer::Error, const QString& text) {
+            lblMedia_->setText(
+                QString::fromUtf8(t("Fehler beim Abspielen: ", "Error while playing: ")) + text);
+        });
+    connect(player_, &QMediaPlayer::playbackStateChanged, this,
+            [this](QMediaPlayer::PlaybackState state) {
+                if (player_->error() != QMediaPlayer::NoError) return;
+                lblMedia_->setText(state == QMediaPlayer::PlayingState
+                                       ? QString::fromUtf8(t("Wiedergabe", "Playing"))
+                                       : QString::fromUtf8(t("Angehalten", "Stopped")));
+            });
 }
 
 void FrmBildviewer::showMedia(const FileEntry* row) {

@@ -22,21 +22,24 @@ QImage readFitted(const std::string& path, QSize box) {
         dib = *f.picture.Handle();
     }
     if (dib.empty()) return {};
-    const double s = std::min(1.0, std::min(double(box.width()) / dib.Width(), double(box.height()) / dib.Height()));
-    const int w = std::max(1, int(dib.Width() * s + 0.5)), h = std::max(1, int(dib.Height() * s + 0.5));
+    const double s = std::min(
+        1.0, std::min(double(box.width()) / dib.Width(), double(box.height()) / dib.Height()));
+    const int w = std::max(1, int(dib.Width() * s + 0.5)),
+              h = std::max(1, int(dib.Height() * s + 0.5));
     cDIBSection fitted;
     if (w == dib.Width() && h == dib.Height())
         fitted = std::move(dib);
     else if (!smoothResize(dib, fitted, w, h))
         return {};
-    const QImage view(fitted.DIBSectionBitsPtr(), fitted.Width(), fitted.Height(), fitted.BytesPerScanLine(),
-                      QImage::Format_BGR888);
+    const QImage view(fitted.DIBSectionBitsPtr(), fitted.Width(), fitted.Height(),
+                      fitted.BytesPerScanLine(), QImage::Format_BGR888);
     return view.mirrored(false, true);
 }
 
 }  // namespace
 
-FrmVollbildViewer::FrmVollbildViewer(std::vector<std::string> pictures, int first, Language language, QWidget* parent)
+FrmVollbildViewer::FrmVollbildViewer(std::vector<std::string> pictures, int first,
+                                     Language language, QWidget* parent)
     : QWidget(parent, Qt::Window), pictures_(std::move(pictures)), language_(language) {
     setObjectName("FrmVollbildViewer");
     setAttribute(Qt::WA_DeleteOnClose);
@@ -76,7 +79,7 @@ void FrmVollbildViewer::paintEvent(QPaintEvent*) {
         p.setPen(Qt::white);
         p.drawText(rect(), Qt::AlignCenter,
                    QString::fromUtf8(brindle::tr(language_, "Das Bild konnte nicht geladen werden.",
-                                        "The picture could not be loaded.")));
+                                                 "The picture could not be loaded.")));
         return;
     }
     if (picture_.isNull()) return;
@@ -89,17 +92,28 @@ void FrmVollbildViewer::paintEvent(QPaintEvent*) {
 
 void FrmVollbildViewer::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
-        case Qt::Key_Escape: close(); return;
+        case Qt::Key_Escape:
+            close();
+            return;
         case Qt::Key_Right:
         case Qt::Key_Down:
         case Qt::Key_Space:
-        case Qt::Key_PageDown: showPicture(current_ + 1); return;
+        case Qt::Key_PageDown:
+            showPicture(current_ + 1);
+            return;
         case Qt::Key_Left:
         case Qt::Key_Up:
-        case Qt::Key_PageUp: showPicture(current_ - 1); return;
-        case Qt::Key_Home: showPicture(0); return;
-        case Qt::Key_End: showPicture(int(pictures_.size()) - 1); return;
-        default: QWidget::keyPressEvent(event);
+        case Qt::Key_PageUp:
+            showPicture(current_ - 1);
+            return;
+        case Qt::Key_Home:
+            showPicture(0);
+            return;
+        case Qt::Key_End:
+            showPicture(int(pictures_.size()) - 1);
+            return;
+        default:
+            QWidget::keyPressEvent(event);
     }
 }
 

@@ -16,7 +16,8 @@ namespace brindle::explorer {
 class FrmVollbildViewer : public QWidget {
     Q_OBJECT
   public:
-    FrmVollbildViewer(std::vector<std::string> pictures, int first, Language language, QWidget* parent = nullptr);
+    FrmVollbildViewer(std::vector<std::string> pictures, int first, Language language,
+                      QWidget* parent = nullptr);
     ~FrmVollbildViewer() override;
 
     int current() const { return current_; }

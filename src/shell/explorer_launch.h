@@ -21,12 +21,14 @@ namespace brindle::shell {
 // Opens the tool an explorer key names ("zeichnen", "redeye", "panorama",
 // "Größe", "Teilen") on `files`; "bearbeiten" opens each file in the
 // desktop's program for it.
-void openExplorerTool(const std::string& key, const std::vector<std::string>& files, Prompter& prompter,
-                      Language language, QWidget* parent, const std::string& programDirectory);
+void openExplorerTool(const std::string& key, const std::vector<std::string>& files,
+                      Prompter& prompter, Language language, QWidget* parent,
+                      const std::string& programDirectory);
 
 // A shown explorer window in start.folder with start.file selected; it
 // deletes itself when closed.
-explorer::FrmBildviewer* openExplorerWindow(const std::string& programDirectory, const ExplorerStart& start,
-                                            Prompter& prompter, Language language, QWidget* parent = nullptr);
+explorer::FrmBildviewer* openExplorerWindow(const std::string& programDirectory,
+                                            const ExplorerStart& start, Prompter& prompter,
+                                            Language language, QWidget* parent = nullptr);
 
 }  // namespace brindle::shell

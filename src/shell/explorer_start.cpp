@@ -16,7 +16,8 @@ bool isExplorerSwitch(const std::string& arg) { return asciiLower(arg) == "/brin
 }  // namespace
 
 ExplorerStart explorerStart(const std::vector<std::string>& args, const StartDecision& decision,
-                            const std::string& fallbackFolder, Prompter& prompter, Language language) {
+                            const std::string& fallbackFolder, Prompter& prompter,
+                            Language language) {
     ExplorerStart start;
     if (!decision.explorerFile.empty()) {
         start.file = decision.explorerFile;
@@ -37,7 +38,8 @@ ExplorerStart explorerStart(const std::vector<std::string>& args, const StartDec
                                 "The preselected directory does not exist any more!"),
                              kButtonsOk | kIconExclamation, "Brindlesee Explorer");
         } else {
-            prompter.message(std::string(tr(language, "Ungültiger Startparameter:", "Invalid start parameter:")) +
+            prompter.message(std::string(tr(language, "Ungültiger Startparameter:",
+                                            "Invalid start parameter:")) +
                                  "\r" + arg,
                              kButtonsOk | kIconExclamation, "Brindlesee Explorer");
         }

@@ -20,7 +20,8 @@ struct ExplorerStart {
 // gone and an argument that is neither a folder nor a known file are told
 // through `prompter`, and the explorer opens in `fallbackFolder` instead.
 ExplorerStart explorerStart(const std::vector<std::string>& args, const StartDecision& decision,
-                            const std::string& fallbackFolder, Prompter& prompter, Language language);
+                            const std::string& fallbackFolder, Prompter& prompter,
+                            Language language);
 
 // The folder the explorer shows when nothing else is named: the last one
 // shown, else the user's Pictures folder, else the home folder.

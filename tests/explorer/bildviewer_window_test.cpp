@@ -3,13 +3,15 @@
 // to the trash, turning, the tools, 2,000 files, the open-dialog role and
 // the start from the command line. `screenshots` saves every view mode in
 // German and English to $BRINDLESEE_SCREENSHOTS (run by hand under Xvfb).
+#include "explorer/bildviewer_window.h"
+
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
 #include <QCheckBox>
-#include <QDialog>
 #include <QComboBox>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -32,7 +34,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "explorer/bildviewer_window.h"
 #include "explorer/explorer_options.h"
 #include "explorer/full_view_window.h"
 #include "explorer/thumbnail_cache.h"
@@ -79,8 +80,8 @@ void savePhoto(const QString& path, int seed) {
     p.drawEllipse(QPointF(150 + seed * 83 % 500, 170 + seed * 17 % 90), 42, 42);
     p.setBrush(QColor::fromHsv((260 + seed * 7) % 360, 80, 90));
     p.drawPolygon(QPolygonF({QPointF(0, 330), QPointF(160, 180 + seed * 13 % 60), QPointF(330, 290),
-                             QPointF(480, 160 + seed * 29 % 70), QPointF(800, 300), QPointF(800, 340),
-                             QPointF(0, 340)}));
+                             QPointF(480, 160 + seed * 29 % 70), QPointF(800, 300),
+                             QPointF(800, 340), QPointF(0, 340)}));
     QLinearGradient ground(0, 330, 0, 533);
     ground.setColorAt(0, QColor::fromHsv((90 + seed * 19) % 360, 120, 150));
     ground.setColorAt(1, QColor::fromHsv((110 + seed * 19) % 360, 140, 60));
@@ -104,7 +105,9 @@ QStringList names(const FrmBildviewer& w) {
     return list;
 }
 
-QAbstractItemModel* model(FrmBildviewer& w) { return w.findChild<QListView*>("ListView1")->model(); }
+QAbstractItemModel* model(FrmBildviewer& w) {
+    return w.findChild<QListView*>("ListView1")->model();
+}
 
 int rowOf(FrmBildviewer& w, const QString& name) {
     for (int r = 0; r < int(w.rows().size()); ++r)
@@ -135,7 +138,8 @@ QColor iconColour(FrmBildviewer& w, const QString& name, int x = 5, int y = 5) {
 }
 
 bool near(QColor a, QColor b, int tolerance = 12) {
-    return std::abs(a.red() - b.red()) <= tolerance && std::abs(a.green() - b.green()) <= tolerance &&
+    return std::abs(a.red() - b.red()) <= tolerance &&
+           std::abs(a.green() - b.green()) <= tolerance &&
            std::abs(a.blue() - b.blue()) <= tolerance;
 }
 
@@ -204,17 +208,19 @@ class BildviewerWindowTest : public QObject {
         auto* list = w.findChild<QListView*>("ListView1");
         auto* details = w.findChild<QTreeView*>("ListView1Details");
         auto* big = w.findChild<QLabel*>("picBild");
-        const std::pair<const char*, ViewMode> modes[] = {{"mnuDetails", ViewMode::Details},
-                                                           {"mnuListe", ViewMode::List},
-                                                           {"mnuKleineSymbole", ViewMode::SmallIcons},
-                                                           {"mnuGrosseSymbole", ViewMode::LargeIcons},
-                                                           {"mnuBildansicht", ViewMode::Picture}};
+        const std::pair<const char*, ViewMode> modes[] = {
+            {"mnuDetails", ViewMode::Details},
+            {"mnuListe", ViewMode::List},
+            {"mnuKleineSymbole", ViewMode::SmallIcons},
+            {"mnuGrosseSymbole", ViewMode::LargeIcons},
+            {"mnuBildansicht", ViewMode::Picture}};
         for (const auto& [action, mode] : modes) {
             QAction* a = w.findChild<QAction*>(action);
             QVERIFY(a);
             a->trigger();
             QCOMPARE(w.viewMode(), mode);
-            QCOMPARE(stack->currentWidget(), mode == ViewMode::Details ? static_cast<QWidget*>(details) : list);
+            QCOMPARE(stack->currentWidget(),
+                     mode == ViewMode::Details ? static_cast<QWidget*>(details) : list);
             QCOMPARE(big->isVisible(), mode == ViewMode::Picture);
         }
         QCOMPARE(list->iconSize().width(), 80);
@@ -223,7 +229,9 @@ class BildviewerWindowTest : public QObject {
         QTRY_VERIFY_WITH_TIMEOUT(!w.previewPicture().isNull(), 20000);
         QCOMPARE(w.previewPicture().size(), QSize(200, 100));  // never larger than the picture
         QVERIFY(near(w.previewPicture().pixelColor(100, 50), QColor(220, 30, 30)));
-        QVERIFY(w.findChild<QPlainTextEdit*>("TxtFileinfo")->toPlainText().startsWith("Dateiinformationen:\nName: rot.jpg"));
+        QVERIFY(w.findChild<QPlainTextEdit*>("TxtFileinfo")
+                    ->toPlainText()
+                    .startsWith("Dateiinformationen:\nName: rot.jpg"));
 
         QVERIFY(watch.calls >= 4);
         QCOMPARE(watch.onGuiThread.load(), 0);
@@ -247,14 +255,16 @@ class BildviewerWindowTest : public QObject {
         QCOMPARE(iconWidth(), w.thumbnailSize());
         prompter.inputs = {"64"};
         w.findChild<QAction*>("zoom")->trigger();
-        QCOMPARE(prompter.asked.back(), "input|Zoom|Größe Thumbnails:|" + std::to_string(explorer::ExplorerOptions{}.thumbnailSize));
+        QCOMPARE(prompter.asked.back(),
+                 "input|Zoom|Größe Thumbnails:|" +
+                     std::to_string(explorer::ExplorerOptions{}.thumbnailSize));
         QCOMPARE(w.thumbnailSize(), 64);
         QTRY_COMPARE_WITH_TIMEOUT(w.thumbnailsShown(), 1, 20000);
         QCOMPARE(iconWidth(), 64);
         cDIBSection pixels;
         int sw = 0, sh = 0;
-        QVERIFY(explorer::decodeThumbnailFile(readAll(explorer::thumbnailPath(prog_, pic("rot.jpg").toStdString())),
-                                              pixels, sw, sh));
+        QVERIFY(explorer::decodeThumbnailFile(
+            readAll(explorer::thumbnailPath(prog_, pic("rot.jpg").toStdString())), pixels, sw, sh));
         QCOMPARE(pixels.Width(), 64);
         QCOMPARE(sw, 200);
         // Out of range: nothing changes.
@@ -277,14 +287,17 @@ class BildviewerWindowTest : public QObject {
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
         QStringList heads;
-        for (int c = 0; c < explorer::kColumnCount; ++c) heads << model(w)->headerData(c, Qt::Horizontal).toString();
-        QCOMPARE(heads, QStringList({"Dateiname", "Größe", "Typ", "Geändert am", "Attribute", "Breite", "Höhe", "Pixel"}));
+        for (int c = 0; c < explorer::kColumnCount; ++c)
+            heads << model(w)->headerData(c, Qt::Horizontal).toString();
+        QCOMPARE(heads, QStringList({"Dateiname", "Größe", "Typ", "Geändert am", "Attribute",
+                                     "Breite", "Höhe", "Pixel"}));
         QCOMPARE(names(w), QStringList({"a.jpg", "b.jpg", "c.jpg"}));
 
         QHeaderView* header = w.findChild<QTreeView*>("ListView1Details")->header();
         auto clickHead = [&](int column) {
-            QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                              QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
+            QTest::mouseClick(
+                header->viewport(), Qt::LeftButton, {},
+                QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
         };
         clickHead(explorer::kColSize);
         QCOMPARE(names(w), QStringList({"b.jpg", "c.jpg", "a.jpg"}));
@@ -300,8 +313,10 @@ class BildviewerWindowTest : public QObject {
         w.setLanguage(Language::English);
         QCOMPARE(w.selectedFiles(), std::vector<std::string>{pic("c.jpg").toStdString()});
         heads.clear();
-        for (int c = 0; c < explorer::kColumnCount; ++c) heads << model(w)->headerData(c, Qt::Horizontal).toString();
-        QCOMPARE(heads, QStringList({"Filename", "Size", "Type", "Change at", "Attribute", "Width", "Height", "Pixel"}));
+        for (int c = 0; c < explorer::kColumnCount; ++c)
+            heads << model(w)->headerData(c, Qt::Horizontal).toString();
+        QCOMPARE(heads, QStringList({"Filename", "Size", "Type", "Change at", "Attribute", "Width",
+                                     "Height", "Pixel"}));
         QCOMPARE(w.findChild<QAction*>("zoom")->toolTip(), QString("Size Thumbs"));
         QCOMPARE(w.findChild<QAction*>("pfadrunter")->toolTip(), QString("Folder Down"));
         QCOMPARE(w.findChild<QAction*>("drehl")->toolTip(), QString::fromUtf8("turn left 90°"));
@@ -309,7 +324,8 @@ class BildviewerWindowTest : public QObject {
         QCOMPARE(w.findChild<QAction*>("twain")->toolTip(), QString("Import Cam / Scan"));
         QCOMPARE(w.findChild<QAction*>("vollbild")->toolTip(), QString("fullscreen"));
         w.setLanguage(Language::German);
-        QCOMPARE(w.findChild<QAction*>("mnuGrosseSymbole")->text(), QString::fromUtf8("große Symbole"));
+        QCOMPARE(w.findChild<QAction*>("mnuGrosseSymbole")->text(),
+                 QString::fromUtf8("große Symbole"));
         QCOMPARE(w.findChild<QAction*>("mnuBildansicht")->text(), QString("Bildansicht"));
     }
 
@@ -433,8 +449,9 @@ class BildviewerWindowTest : public QObject {
         prompter.answers = {kYes};
         QTest::keyClick(list, Qt::Key_Delete);
         QCOMPARE(prompter.asked.size(), std::size_t(2));
-        QVERIFY(QString::fromStdString(prompter.asked[1]).startsWith(
-            QString::fromUtf8("message|Brindlesee|36|Wollen Sie alle ausgewählten Bilder (Dateien) löschen?\r")));
+        QVERIFY(QString::fromStdString(prompter.asked[1])
+                    .startsWith(QString::fromUtf8("message|Brindlesee|36|Wollen Sie alle "
+                                                  "ausgewählten Bilder (Dateien) löschen?\r")));
         QVERIFY(!fs::exists(pic("weg.jpg").toStdString()));
         QVERIFY(fs::exists(xdg.filePath("Trash/files/weg.jpg").toStdString()));
         QVERIFY(!fs::exists(thumb));
@@ -453,7 +470,8 @@ class BildviewerWindowTest : public QObject {
         select(w, {"quer.jpg"});
         w.findChild<QAction*>("drehr")->trigger();
         QCOMPARE(prompter.asked.back(),
-                 std::string("message|Brindlesee|36|Wollen Sie alle ausgewählten Bilder um 90 Grad nach rechts drehen?"));
+                 std::string("message|Brindlesee|36|Wollen Sie alle ausgewählten Bilder um 90 Grad "
+                             "nach rechts drehen?"));
         int width = 0, height = 0;
         QVERIFY(readJpegSize(readAll(pic("quer.jpg").toStdString()), width, height));
         QCOMPARE(width, 32);
@@ -474,7 +492,9 @@ class BildviewerWindowTest : public QObject {
         test::ScriptedPrompter prompter;
         FrmBildviewer w(prog_, folder(), prompter, Language::German);
         std::vector<std::pair<std::string, std::vector<std::string>>> opened;
-        w.setToolOpener([&](const std::string& tool, std::vector<std::string> files) { opened.emplace_back(tool, files); });
+        w.setToolOpener([&](const std::string& tool, std::vector<std::string> files) {
+            opened.emplace_back(tool, files);
+        });
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
         // Nothing selected: a hint and no tool.
@@ -504,8 +524,9 @@ class BildviewerWindowTest : public QObject {
         });
         auto* list = w.findChild<QListView*>("ListView1");
         emit list->customContextMenuRequested(QPoint(5, 5));
-        QCOMPARE(entries, QStringList({"ausschneiden", "kopieren", "einfügen", "löschen", "Umbenennen", "Größe",
-                                       "zeichnen", "bearbeiten", "Teilen", "Drucken", "MakeAVI", "Redeye", "MakePano"}));
+        QCOMPARE(entries, QStringList({"ausschneiden", "kopieren", "einfügen", "löschen",
+                                       "Umbenennen", "Größe", "zeichnen", "bearbeiten", "Teilen",
+                                       "Drucken", "MakeAVI", "Redeye", "MakePano"}));
         QVERIFY(!printEnabled && !aviEnabled);
         w.MenüGeklickt("Redeye");
         w.MenüGeklickt("Größe");
@@ -532,8 +553,9 @@ class BildviewerWindowTest : public QObject {
             QVERIFY(img.save(&buffer, "JPG", 85));
         }
         for (int i = 0; i < 2000; ++i) {
-            std::ofstream out(pic(QString::asprintf("p%04d.jpg", i).toUtf8().constData()).toStdString(),
-                              std::ios::binary);
+            std::ofstream out(
+                pic(QString::asprintf("p%04d.jpg", i).toUtf8().constData()).toStdString(),
+                std::ios::binary);
             out.write(jpeg.constData(), jpeg.size());
         }
         test::ScriptedPrompter prompter;
@@ -562,7 +584,8 @@ class BildviewerWindowTest : public QObject {
     void theRowsOnScreenComeFirst() {
         QImage img(40, 30, QImage::Format_RGB32);
         img.fill(QColor(200, 120, 40));
-        for (int i = 0; i < 300; ++i) QVERIFY(img.save(pic(QString::asprintf("p%03d.jpg", i).toUtf8().constData()), "JPG"));
+        for (int i = 0; i < 300; ++i)
+            QVERIFY(img.save(pic(QString::asprintf("p%03d.jpg", i).toUtf8().constData()), "JPG"));
         test::ScriptedPrompter prompter;
         // Each thumbnail waits for a permit, so the order of the work shows.
         QSemaphore permits;
@@ -630,8 +653,10 @@ class BildviewerWindowTest : public QObject {
                 QVERIFY(buttons->isVisible());
                 buttons->button(ok ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel)->click();
             });
-            const auto chosen = FrmBildviewer::chooseFiles(prog_, folder(), prompter, Language::German);
-            QCOMPARE(chosen, ok ? std::vector<std::string>{pic("b.jpg").toStdString()} : std::vector<std::string>{});
+            const auto chosen =
+                FrmBildviewer::chooseFiles(prog_, folder(), prompter, Language::German);
+            QCOMPARE(chosen, ok ? std::vector<std::string>{pic("b.jpg").toStdString()}
+                                : std::vector<std::string>{});
         }
     }
 
@@ -651,7 +676,8 @@ class BildviewerWindowTest : public QObject {
         QVERIFY(near(view->picture().pixelColor(20, 15), QColor(0, 200, 0)));
         QTest::keyClick(view, Qt::Key_Right);
         QCOMPARE(view->current(), 2);
-        QTRY_VERIFY_WITH_TIMEOUT(near(view->picture().pixelColor(20, 15), QColor(0, 0, 200)), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(near(view->picture().pixelColor(20, 15), QColor(0, 0, 200)),
+                                 10000);
         QTest::keyClick(view, Qt::Key_Right);  // stays on the last
         QCOMPARE(view->current(), 2);
         QTest::keyClick(view, Qt::Key_Left);
@@ -665,15 +691,17 @@ class BildviewerWindowTest : public QObject {
     void screenshots() {
         const QString out = qEnvironmentVariable("BRINDLESEE_SCREENSHOTS");
         if (out.isEmpty()) QSKIP("BRINDLESEE_SCREENSHOTS is not set");
-        const char* const places[] = {"Abendsee", "Bergblick", "Dünen", "Fjord", "Heide", "Hochmoor",
-                                      "Kiefernwald", "Küste", "Morgennebel", "Seeufer", "Talblick", "Waldrand"};
-        for (int i = 0; i < 12; ++i) savePhoto(pictures_.filePath(QString::fromUtf8(places[i]) + ".jpg"), i);
+        const char* const places[] = {"Abendsee",    "Bergblick", "Dünen",       "Fjord",
+                                      "Heide",       "Hochmoor",  "Kiefernwald", "Küste",
+                                      "Morgennebel", "Seeufer",   "Talblick",    "Waldrand"};
+        for (int i = 0; i < 12; ++i)
+            savePhoto(pictures_.filePath(QString::fromUtf8(places[i]) + ".jpg"), i);
         test::ScriptedPrompter prompter;
         const std::pair<const char*, const char*> modes[] = {{"mnuDetails", "details"},
-                                                              {"mnuListe", "liste"},
-                                                              {"mnuKleineSymbole", "kleine_symbole"},
-                                                              {"mnuGrosseSymbole", "grosse_symbole"},
-                                                              {"mnuBildansicht", "bildansicht"}};
+                                                             {"mnuListe", "liste"},
+                                                             {"mnuKleineSymbole", "kleine_symbole"},
+                                                             {"mnuGrosseSymbole", "grosse_symbole"},
+                                                             {"mnuBildansicht", "bildansicht"}};
         for (Language lang : {Language::German, Language::English}) {
             FrmBildviewer w(prog_, folder(), prompter, lang);
             w.resize(1280, 800);
@@ -683,9 +711,11 @@ class BildviewerWindowTest : public QObject {
             select(w, {QString::fromUtf8("Fjord.jpg")});
             for (const auto& [action, name] : modes) {
                 w.findChild<QAction*>(action)->trigger();
-                if (std::string(action) == "mnuBildansicht") QTRY_VERIFY_WITH_TIMEOUT(!w.previewPicture().isNull(), 20000);
+                if (std::string(action) == "mnuBildansicht")
+                    QTRY_VERIFY_WITH_TIMEOUT(!w.previewPicture().isNull(), 20000);
                 QTest::qWait(200);
-                const QString file = out + "/explorer_" + name + (lang == Language::German ? "_de" : "_en") + ".png";
+                const QString file =
+                    out + "/explorer_" + name + (lang == Language::German ? "_de" : "_en") + ".png";
                 QVERIFY(w.grab().save(file));
             }
         }

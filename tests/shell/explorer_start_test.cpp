@@ -29,8 +29,9 @@ TEST_F(ExplorerStartTest, APictureOpensItsFolderWithItSelected) {
 TEST_F(ExplorerStartTest, TheSwitchWithAFolderOpensThatFolder) {
     touch("Fotos/x.png");
     test::ScriptedPrompter prompter;
-    for (const std::vector<std::string>& args : {std::vector<std::string>{"/brindleseeexplorer", path("Fotos")},
-                                                 std::vector<std::string>{"/BrindleseeExplorer", path("Fotos/")}}) {
+    for (const std::vector<std::string>& args :
+         {std::vector<std::string>{"/brindleseeexplorer", path("Fotos")},
+          std::vector<std::string>{"/BrindleseeExplorer", path("Fotos/")}}) {
         const StartDecision d = decideStart(args, prompter, Language::German);
         ASSERT_EQ(d.startMode, "brindleseeexplorer");
         const ExplorerStart s = explorerStart(args, d, "/fallback", prompter, Language::German);
@@ -39,8 +40,8 @@ TEST_F(ExplorerStartTest, TheSwitchWithAFolderOpensThatFolder) {
     }
     // The switch alone: the folder the caller knows.
     const std::vector<std::string> alone{"/brindleseeexplorer"};
-    EXPECT_EQ(explorerStart(alone, decideStart(alone, prompter, Language::German), "/fallback", prompter,
-                            Language::German)
+    EXPECT_EQ(explorerStart(alone, decideStart(alone, prompter, Language::German), "/fallback",
+                            prompter, Language::German)
                   .folder,
               "/fallback");
     EXPECT_TRUE(prompter.asked.empty());
