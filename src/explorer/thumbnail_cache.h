@@ -87,6 +87,7 @@ struct ThumbnailSettings {
 };
 
 // Reads thumbnails from the cache and makes the missing and stale ones.
+// Picture paths are absolute (the cache folder is named after the path).
 // get() may be called from several threads at once.
 class ThumbnailCache {
   public:
