@@ -7,6 +7,8 @@
 
 #include "album/diagnose.h"
 #include "album/options_file.h"
+#include "explorer/explorer_options.h"
+#include "shell/explorer_launch.h"
 #include "shell/main_window.h"
 #include "shell/qt_prompter.h"
 #include "shell/qt_settings_store.h"
@@ -22,7 +24,7 @@
 namespace {
 
 const char* const kHelp =
-    "usage: brindlesee [ALBUM.apr | PAGE.apg | PICTURE | /r|/g|/b PICTURE... | /brindleseeexplorer]\n"
+    "usage: brindlesee [ALBUM.apr | PAGE.apg | PICTURE | /r|/g|/b PICTURE... | /brindleseeexplorer [FOLDER]]\n"
     "\n"
     "Brindlesee lays out digital photo albums and makes HTML albums of them.\n"
     "\n"
@@ -32,17 +34,21 @@ const char* const kHelp =
     "  brindlesee /r PICTURE...        red-eye correction for the pictures\n"
     "  brindlesee /g PICTURE...        resizing of the pictures\n"
     "  brindlesee /b PICTURE...        photo design for the pictures\n"
-    "  brindlesee /brindleseeexplorer  the picture explorer\n"
-    "  brindlesee PICTURE              the picture explorer in the picture's folder\n"
+    "  brindlesee /brindleseeexplorer [FOLDER]\n"
+    "                                  the picture explorer, in FOLDER or the last folder\n"
+    "  brindlesee PICTURE              the picture explorer in the picture's folder,\n"
+    "                                  with the picture selected\n"
     "\n"
     "A path with blanks may stand in double quotes. A picture tool named without a\n"
-    "valid picture asks whether to start normally. Until the picture explorer is part\n"
-    "of this version, its switch and a bare picture start the album program. The whole\n"
-    "command line is written to bef.txt in the program directory at every start.\n"
+    "valid picture asks whether to start normally. The picture explorer and the tools\n"
+    "started by their switches run alone, without the album program; the program ends\n"
+    "with their last window. The whole command line is written to bef.txt in the\n"
+    "program directory at every start.\n"
     "\n"
     "The program directory is $BRINDLESEE_HOME, else $XDG_DATA_HOME/brindlesee/,\n"
     "else ~/.local/share/brindlesee/. It holds the options (optionen), Temp/ and,\n"
-    "when testmodus.txt exists there, the log Brindt.txt. Recent files are kept\n"
+    "when testmodus.txt exists there, the log Brindt.txt; the picture explorer keeps\n"
+    "its settings in option.loo and its thumbnails in Thumbnails/. Recent files are kept\n"
     "with QSettings under the application \"Brindlesee\".\n"
     "\n"
     "  -h, --help     this text\n"
@@ -99,8 +105,12 @@ int main(int argc, char** argv) {
         args.clear();
     } else if (isTool(start.startMode)) {
         splash.setStatus("Brindlesee Explorer starten ...");
-        std::cerr << "brindlesee: the picture explorer is not part of this version; starting the album program\n";
-        args.clear();
+        splash.close();
+        // The explorer alone: the program ends with its last window.
+        const std::string last = explorer::loadExplorerOptions(prog).folder;
+        const ExplorerStart where = explorerStart(args, start, defaultExplorerFolder(last), prompter, language);
+        shell::openExplorerWindow(prog, where, prompter, language);
+        return app.exec();
     }
     splash.setStatus("MDI Form laden ...");
     shell::MainWindow main(prog, prompter, settings, diagnoseSink(prog));

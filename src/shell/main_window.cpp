@@ -127,7 +127,7 @@ void MainWindow::buildActions() {
     makeAction("setaufthor", "distributeH");
     makeAction("setauftver", "distributeV");
     makeAction("mnuAlbumExplorer")->setCheckable(true);
-    makeAction("mnuBrindleseeExplorer")->setEnabled(false);
+    makeAction("mnuBrindleseeExplorer");
     makeAction("mnuFotodesign");
     makeAction("mnuRoteAugen");
     makeAction("mnuBildgroesse");

@@ -16,16 +16,19 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
+#include <filesystem>
 
 #include "album/options_file.h"
 #include "album/paths.h"
 #include "editor/display_picture.h"
+#include "explorer/explorer_options.h"
 #include "editor/sound_player.h"
 #include "html/safe_text.h"
 #include "html/search_page.h"
 #include "properties/property_dialogs.h"
 #include "shell/album_explorer.h"
 #include "shell/main_window.h"
+#include "shell/explorer_launch.h"
 #include "shell/tool_windows.h"
 #include "panorama/make_pano_window.h"
 #include "shell/startup.h"
@@ -96,6 +99,14 @@ void MainWindow::wireActions() {
     on("mnuHTMLAlbum", [this] { keepingActiveTab([this] { HTMLAlbumGenerieren(false); }); });
     on("mnuHTMLMail", [this] { keepingActiveTab([this] { HTMLAlbumGenerieren(true); }); });
     on("mnuOptionen", [this] { showOptions(); });
+    on("mnuBrindleseeExplorer", [this] {
+        const SessionState& s = session_->state();
+        const std::string last = explorer::loadExplorerOptions(s.programDirectory).folder;
+        const std::string folder = !s.pictureDirectory.empty() && std::filesystem::is_directory(s.pictureDirectory)
+                                       ? s.pictureDirectory
+                                       : defaultExplorerFolder(last);
+        openExplorerWindow(s.programDirectory, {folder, {}}, prompter_, s.language, this);
+    });
     on("mnuVorlagen", [this] { showCatalogue(); });
     on("mnuSpezialseiten", [this] { showGenerator(); });
     on("mnuWizzard", [this] { showWizard(); });

@@ -90,6 +90,11 @@ std::vector<QWidget*> choosePicturesForTool(PictureTool tool, Prompter& prompter
     return openPictureTool(tool, splitFileList(answer), prompter, language, parent, programDirectory);
 }
 
+void followToolLanguage(QWidget* window, std::function<void(Language)> setLanguage) {
+    std::erase_if(openTools(), [](const OpenTool& t) { return t.window.isNull(); });
+    openTools().push_back({window, std::move(setLanguage)});
+}
+
 void setToolLanguage(Language language) {
     auto& tools = openTools();
     std::erase_if(tools, [](const OpenTool& t) { return t.window.isNull(); });

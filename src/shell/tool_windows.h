@@ -3,6 +3,7 @@
 // switches /r, /g and /b without the album program.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -37,5 +38,7 @@ std::vector<QWidget*> choosePicturesForTool(PictureTool tool, Prompter& prompter
 
 // Switches every open tool window to `language`.
 void setToolLanguage(Language language);
+// Lets a window opened elsewhere (the explorer) follow setToolLanguage.
+void followToolLanguage(QWidget* window, std::function<void(Language)> setLanguage);
 
 }  // namespace brindle::shell

@@ -1,11 +1,14 @@
 // The picture tools from the main window's Werkzeug menu and from the
 // start switches: the windows open on the chosen pictures and follow the
 // program's language.
+#include <QAction>
 #include <QApplication>
 #include <QMenu>
 #include <QTest>
 
+#include "explorer/bildviewer_window.h"
 #include "panorama/make_pano_window.h"
+#include "shell/explorer_launch.h"
 #include "shell/tool_windows.h"
 #include "studio/design_window.h"
 #include "studio/red_eye_window.h"
@@ -119,6 +122,48 @@ class ToolWindowsTest : public QObject {
         QVERIFY(qobject_cast<studio::ResizeWindow*>(opened.front()));
         closeAll(opened);
         QVERIFY(shell::openPictureTool(shell::PictureTool::Resize, {}, *f.prompter, Language::German).empty());
+    }
+
+    void explorerOpensFromTheMenuAndHandsPicturesToTheTools() {
+        shell::MainWindow& main = f.start({f.albumPath()});
+        main.session().state().pictureDirectory = f.home + "Album/";
+        QVERIFY(main.action("mnuBrindleseeExplorer")->isEnabled());
+        f.trigger("mnuBrindleseeExplorer");
+        const auto explorers = openWindows<explorer::FrmBildviewer>();
+        QCOMPARE(int(explorers.size()), 1);
+        QCOMPARE(explorers.front()->folder() + "/", f.home + "Album/");
+        explorers.front()->close();
+
+        // From the command line: the picture's folder with the picture selected.
+        const std::string picture = f.home + "Album/see.png";
+        const StartDecision start = decideStart({picture}, *f.prompter, Language::German);
+        explorer::FrmBildviewer* w = shell::openExplorerWindow(
+            f.home, explorerStart({picture}, start, "/", *f.prompter, Language::German), *f.prompter,
+            Language::German);
+        QCOMPARE(w->selectedFiles(), std::vector<std::string>{picture});
+        // It follows the program's language like the tools.
+        shell::setToolLanguage(Language::English);
+        QCOMPARE(w->language(), Language::English);
+        QCOMPARE(w->findChild<QAction*>("zoom")->toolTip(), QString("Size Thumbs"));
+        shell::setToolLanguage(Language::German);
+        // Its tool keys open the tools on the selection.
+        const std::pair<const char*, const QMetaObject*> tools[] = {
+            {"zeichnen", &studio::DesignWindow::staticMetaObject},
+            {"redeye", &studio::RedEyeWindow::staticMetaObject},
+            {"Größe", &studio::ResizeWindow::staticMetaObject},
+            {"Teilen", &studio::SplitWindow::staticMetaObject},
+            {"panorama", &panorama::MakePanoWindow::staticMetaObject}};
+        for (const auto& [key, type] : tools) {
+            w->MenüGeklickt(key);
+            bool found = false;
+            for (QWidget* top : QApplication::topLevelWidgets())
+                if (top->isVisible() && top->metaObject() == type) {
+                    found = true;
+                    top->close();
+                }
+            QVERIFY2(found, key);
+        }
+        w->close();
     }
 };
 

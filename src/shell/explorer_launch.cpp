@@ -1,0 +1,51 @@
+#include "shell/explorer_launch.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+#include "explorer/bildviewer_window.h"
+#include "shell/tool_windows.h"
+
+namespace brindle::shell {
+
+void openExplorerTool(const std::string& key, const std::vector<std::string>& files,
+                      Prompter& prompter, Language language, QWidget* parent,
+                      const std::string& programDirectory) {
+    if (key == "bearbeiten") {
+        for (const std::string& f : files)
+            QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(f)));
+        return;
+    }
+    PictureTool tool = PictureTool::Design;
+    if (key == "redeye")
+        tool = PictureTool::RedEye;
+    else if (key == "panorama")
+        tool = PictureTool::Panorama;
+    else if (key == "Größe")
+        tool = PictureTool::Resize;
+    else if (key == "Teilen")
+        tool = PictureTool::Split;
+    else if (key != "zeichnen")
+        return;
+    openPictureTool(tool, files, prompter, language, parent, programDirectory);
+}
+
+explorer::FrmBildviewer* openExplorerWindow(const std::string& programDirectory,
+                                            const ExplorerStart& start, Prompter& prompter,
+                                            Language language, QWidget* parent) {
+    auto* window = new explorer::FrmBildviewer(programDirectory, {}, prompter, language, parent);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setToolOpener([window, &prompter, programDirectory](const std::string& key,
+                                                                std::vector<std::string> files) {
+        openExplorerTool(key, files, prompter, window->language(), window, programDirectory);
+    });
+    followToolLanguage(window, [window](Language l) { window->setLanguage(l); });
+    if (!start.file.empty())
+        window->selectFile(start.file);
+    else
+        window->showFolder(start.folder);
+    window->show();
+    return window;
+}
+
+}  // namespace brindle::shell
