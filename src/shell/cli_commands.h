@@ -31,6 +31,8 @@ int split(const Args& args);
 int pano(const Args& args);
 // Fills the explorer's thumbnail cache for a folder.
 int thumbs(const Args& args);
+// Makes an AVI or MP4 video of pictures of one size.
+int video(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

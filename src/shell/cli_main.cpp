@@ -55,6 +55,9 @@ const std::map<std::string, Command>& commands() {
         {"thumbs", {thumbs, "thumbs FOLDER [--size N] [--threads N] [--english|--german]\n"
                             "                       makes the explorer's missing and stale thumbnails of the\n"
                             "                       folder's pictures (N pixels, default 160) on both cores"}},
+        {"video", {video, "video PICTURE... -o OUT.avi|OUT.mp4 [--fps N]\n"
+                          "                       a silent video of pictures of one size (.bmp, .jpg, .gif),\n"
+                          "                       one frame each, N (1 - 30, default 15) per second"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
