@@ -44,24 +44,32 @@ void emptyFolder(const std::string& folder) {
 
 }  // namespace
 
-bool readBitmapFormat(const std::string& path, BitmapFormat& out) {
-    std::ifstream in(path, std::ios::binary);
-    unsigned char head[30] = {};
-    if (!in.read(reinterpret_cast<char*>(head), sizeof head)) return false;
+bool parseBitmapFormat(std::string_view bytes, BitmapFormat& out) {
+    if (bytes.size() < 30) return false;
+    const auto* head = reinterpret_cast<const unsigned char*>(bytes.data());
     if (head[0] != 'B' || head[1] != 'M') return false;
     const std::uint32_t infoSize = le(head + 14, 4);
     if (infoSize == 12) {
         out = {static_cast<int>(le(head + 18, 2)), static_cast<int>(le(head + 20, 2)),
                static_cast<int>(le(head + 24, 2))};
     } else if (infoSize >= 40) {
-        const auto height = static_cast<std::int32_t>(le(head + 22, 4));
-        out = {static_cast<int>(static_cast<std::int32_t>(le(head + 18, 4))),
-               static_cast<int>(height < 0 ? -static_cast<std::int64_t>(height) : height),
+        const auto height = static_cast<std::int64_t>(static_cast<std::int32_t>(le(head + 22, 4)));
+        const auto width = static_cast<std::int32_t>(le(head + 18, 4));
+        // A height of -2^31 has no positive twin in an int: refused below.
+        const std::int64_t rows = height < 0 ? -height : height;
+        out = {static_cast<int>(width), rows > INT32_MAX ? 0 : static_cast<int>(rows),
                static_cast<int>(le(head + 28, 2))};
     } else {
         return false;
     }
     return out.width > 0 && out.height > 0 && out.bitCount > 0;
+}
+
+bool readBitmapFormat(const std::string& path, BitmapFormat& out) {
+    std::ifstream in(path, std::ios::binary);
+    char head[30] = {};
+    if (!in.read(head, sizeof head)) return false;
+    return parseBitmapFormat(std::string_view(head, sizeof head), out);
 }
 
 std::optional<ImageMessage> VideoList::add(const std::string& path, Language lang) {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "album/language.h"
@@ -23,6 +24,8 @@ struct BitmapFormat {
 // Reads the size and depth from a BMP file's headers; false for anything
 // that is not a BMP.
 bool readBitmapFormat(const std::string& path, BitmapFormat& out);
+// The same from the first bytes of a file (30 are enough).
+bool parseBitmapFormat(std::string_view head, BitmapFormat& out);
 
 class VideoList {
   public:

@@ -38,6 +38,10 @@ TEST_F(VideoListTest, HeadersGiveSizeAndDepth) {
     writeBytes("b.bmp", bytes + info);
     ASSERT_TRUE(media::readBitmapFormat(path("b.bmp"), f));
     EXPECT_EQ(f, (media::BitmapFormat{5, 3, 32}));
+    info[8] = info[9] = info[10] = 0;
+    info[11] = static_cast<char>(0x80);  // height -2^31 has no positive twin
+    writeBytes("huge.bmp", bytes + info);
+    EXPECT_FALSE(media::readBitmapFormat(path("huge.bmp"), f));
     writeBytes("short.bmp", "BM1234");
     EXPECT_FALSE(media::readBitmapFormat(path("short.bmp"), f));
     writeBytes("c.txt", std::string(64, 'x'));
