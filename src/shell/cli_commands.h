@@ -33,6 +33,8 @@ int pano(const Args& args);
 int thumbs(const Args& args);
 // One picture from a scanner, or the list of scanners.
 int scan(const Args& args);
+// Makes an AVI or MP4 video of pictures of one size.
+int video(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

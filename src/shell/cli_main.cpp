@@ -57,6 +57,9 @@ const std::map<std::string, Command>& commands() {
                             "                       folder's pictures (N pixels, default 160) on both cores"}},
         {"scan", {scan, "scan -o OUT.jpg [--device NAME] [--resolution DPI] | scan --list\n"
                         "                       one picture from a scanner (SANE), or the scanners' names"}},
+        {"video", {video, "video PICTURE... -o OUT.avi|OUT.mp4 [--fps N]\n"
+                          "                       a silent video of pictures of one size (.bmp, .jpg, .gif),\n"
+                          "                       one frame each, N (1 - 30, default 15) per second"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
