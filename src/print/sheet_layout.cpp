@@ -16,6 +16,11 @@ constexpr double kMinSize = 1.0;
 
 }  // namespace
 
+SizeF paperSize(Paper paper, bool landscape) {
+    const SizeF portrait = paper == Paper::Letter ? SizeF{215.9, 279.4} : SizeF{210, 297};
+    return landscape ? SizeF{portrait.height, portrait.width} : portrait;
+}
+
 float round2(double v) { return static_cast<float>(std::round(v * 100.0) / 100.0); }
 
 SheetLayout::SheetLayout(SizeF sheet, std::vector<SizeF> natural)

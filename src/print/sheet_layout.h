@@ -82,6 +82,10 @@ private:
     std::vector<Box> boxes_;
 };
 
+enum class Paper { A4, Letter };
+// The paper's size in millimetres, turned for landscape.
+SizeF paperSize(Paper paper, bool landscape);
+
 // Rounds to two decimals, as the layout stores its values.
 float round2(double v);
 

@@ -31,6 +31,8 @@ int split(const Args& args);
 int pano(const Args& args);
 // Fills the explorer's thumbnail cache for a folder.
 int thumbs(const Args& args);
+// Renders pictures laid out by a print layout (.bsp) to one PDF page.
+int printSheet(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

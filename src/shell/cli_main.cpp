@@ -55,6 +55,8 @@ const std::map<std::string, Command>& commands() {
         {"thumbs", {thumbs, "thumbs FOLDER [--size N] [--threads N] [--english|--german]\n"
                             "                       makes the explorer's missing and stale thumbnails of the\n"
                             "                       folder's pictures (N pixels, default 160) on both cores"}},
+        {"print", {printSheet, "print LAYOUT.bsp PICTURE... -o OUT.pdf [--paper A4|Letter] [--landscape]\n"
+                               "                       the pictures in the boxes of a print layout, on one PDF page"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
