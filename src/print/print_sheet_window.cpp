@@ -212,9 +212,11 @@ void PrintSheetWindow::retranslate() {
                              ? text("PDF-Datei", "PDF file")
                              : printer_.printerName();
     lblPrinter_->setText(text("Drucker: ", "Printer: ") + name);
+    if (status_.first) status(status_.first, status_.second);
 }
 
 void PrintSheetWindow::status(const char* de, const char* en) {
+    status_ = {de, en};
     lblStatus_->setText(QString::fromUtf8(german() ? de : en));
 }
 

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "album/language.h"
@@ -87,6 +88,7 @@ private:
     QCheckBox* chkFit_ = nullptr;
     QLabel* lblPrinter_ = nullptr;
     QLabel* lblStatus_ = nullptr;
+    std::pair<const char*, const char*> status_{nullptr, nullptr};  // German and English
     std::vector<QPushButton*> commands_;
 };
 

@@ -83,7 +83,7 @@ private slots:
         pictures_.clear();
         // Landscape and portrait pictures, each one flat colour.
         for (int i = 0; i < 6; ++i) {
-            const int w = i % 2 ? 60 : 90, h = i % 2 ? 90 : 60;
+            const int w = i % 2 ? 400 : 600, h = i % 2 ? 600 : 400;
             cDIBSection dib;
             QVERIFY(dib.Create(w, h));
             for (int y = 0; y < h; ++y)
@@ -111,7 +111,7 @@ private slots:
         QCOMPARE(child<QLineEdit>(*w, "txtLinks")->text(), QString("0.50"));
         type(*w, "txtBreiteAbs", "50");
         QCOMPARE(layout.box(0).width, 50.0F);
-        QCOMPARE(layout.box(0).height, 33.33F);  // 90 x 60 keeps its proportions
+        QCOMPARE(layout.box(0).height, 33.33F);  // 600 x 400 keeps its proportions
         QCOMPARE(child<QLineEdit>(*w, QString::fromUtf8("txtHöheAbs"))->text(), QString("33.33"));
         type(*w, "txtOben", "12,5");
         QCOMPARE(layout.box(0).top, 12.5F);
@@ -222,6 +222,7 @@ private slots:
         QCOMPARE(child<QPushButton>(*w, "cmdNeuBerechnen")->text(), QString("Neu berechnen"));
         QCOMPARE(child<QLabel>(*w, "lblStatus")->text(), QString("Fertig..."));
         w->setLanguage(Language::English);
+        QCOMPARE(child<QLabel>(*w, "lblStatus")->text(), QString("Finish..."));
         QCOMPARE(child<QPushButton>(*w, "cmdNeuBerechnen")->text(), QString("Arrange"));
         QCOMPARE(child<QPushButton>(*w, "cmdZentrieren")->text(), QString("Centering"));
         QCOMPARE(child<QCheckBox>(*w, "chkVerzerrungZulassen")->text(), QString("Distortion allow"));
