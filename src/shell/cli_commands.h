@@ -35,6 +35,8 @@ int thumbs(const Args& args);
 int scan(const Args& args);
 // Makes an AVI or MP4 video of pictures of one size.
 int video(const Args& args);
+// Renders pictures laid out by a print layout (.bsp) to one PDF page.
+int printSheet(const Args& args);
 
 // Prints "brindlesee-cli: " and the message on one line to stderr; returns 1.
 int fail(const std::string& message);

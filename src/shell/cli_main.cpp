@@ -60,6 +60,8 @@ const std::map<std::string, Command>& commands() {
         {"video", {video, "video PICTURE... -o OUT.avi|OUT.mp4 [--fps N]\n"
                           "                       a silent video of pictures of one size (.bmp, .jpg, .gif),\n"
                           "                       one frame each, N (1 - 30, default 15) per second"}},
+        {"print", {printSheet, "print LAYOUT.bsp PICTURE... -o OUT.pdf [--paper A4|Letter] [--landscape]\n"
+                               "                       the pictures in the boxes of a print layout, on one PDF page"}},
         {"rotate", {rotate, "rotate left|right FILE\n                       turn a picture by 90 degrees (JPEG without re-encoding)"}},
     };
     return table;
