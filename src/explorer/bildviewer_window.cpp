@@ -180,9 +180,8 @@ void FrmBildviewer::buildToolBar() {
         const std::string key = e.key;
         connect(a, &QAction::triggered, this, [this, key] { MenüGeklickt(key); });
     }
-    // Printing and the scanner come later.
-    for (const char* key : {"print", "twain"})
-        findChild<QAction*>(QString::fromUtf8(key))->setEnabled(false);
+    // The scanner's window comes later.
+    findChild<QAction*>("twain")->setEnabled(false);
     findChild<QAction*>("folder")->setCheckable(true);
     findChild<QAction*>("folder")->setChecked(true);
 }

@@ -40,7 +40,7 @@ const PopupEntry kPopup[] = {
     {"zeichnen", "Fotodesign", "Photo design", true},
     {"bearbeiten", "Bearbeiten", "Edit", true},
     {"Teilen", "Teilen", "Split", true},
-    {"Drucken", "Drucken", "Print", false},
+    {"Drucken", "Drucken", "Print", true},
     {"MakeAVI", "AVI erstellen", "Make AVI", false},
     {"Redeye", "Rote Augen", "Red eyes", true},
     {"MakePano", "Panorama erstellen", "Make panorama", true},
@@ -50,7 +50,8 @@ const PopupEntry kPopup[] = {
 const std::map<std::string, std::string> kToolOfKey = {
     {"zeichnen", "zeichnen"}, {"redeye", "redeye"},         {"Redeye", "redeye"},
     {"panorama", "panorama"}, {"MakePano", "panorama"},     {"Größe", "Größe"},
-    {"Teilen", "Teilen"},     {"bearbeiten", "bearbeiten"},
+    {"Teilen", "Teilen"},     {"bearbeiten", "bearbeiten"}, {"print", "print"},
+    {"Drucken", "print"},
 };
 
 }  // namespace
@@ -77,7 +78,7 @@ void FrmBildviewer::MenüGeklickt(const std::string& key) {
     if (key == "zoom") return zoom();
     if (key == "Umbenennen") return rename();
     if (key == "hilfe") return help();
-    // "print", "twain", "Drucken" and "MakeAVI" stay disabled for now.
+    // "twain" and "MakeAVI" stay disabled until their windows come.
 }
 
 void FrmBildviewer::openContextMenu(const QPoint& pos) {

@@ -25,6 +25,8 @@ void openExplorerTool(const std::string& key, const std::vector<std::string>& fi
         tool = PictureTool::Resize;
     else if (key == "Teilen")
         tool = PictureTool::Split;
+    else if (key == "print")
+        tool = PictureTool::Print;
     else if (key != "zeichnen")
         return;
     openPictureTool(tool, files, prompter, language, parent, programDirectory);

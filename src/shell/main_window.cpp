@@ -133,6 +133,7 @@ void MainWindow::buildActions() {
     makeAction("mnuBildgroesse");
     makeAction("mnuBilderTeilen");
     makeAction("mnuPanorama");
+    makeAction("mnuDrucken");
     makeAction("mnuWizzard");
     makeAction("mnuSpezialseiten");
     makeAction("mnuHTMLAlbum", "html");
@@ -197,7 +198,7 @@ void MainWindow::buildMenus() {
     add(align, {"setleft", "setcenterver", "setright", "-", "settop", "setcenterhor", "setdown", "-", "setaufthor",
                 "setauftver"});
     add(menu("mnuAnsicht"), {"mnuAlbumExplorer", "mnuBrindleseeExplorer"});
-    add(menu("mnuWerkzeug"), {"mnuFotodesign", "mnuRoteAugen", "mnuBildgroesse", "mnuBilderTeilen", "-", "mnuPanorama"});
+    add(menu("mnuWerkzeug"), {"mnuFotodesign", "mnuRoteAugen", "mnuBildgroesse", "mnuBilderTeilen", "-", "mnuPanorama", "mnuDrucken"});
     QMenu* extras = menu("mnuExtras");
     add(extras, {"mnuWizzard", "mnuSpezialseiten", "-", "mnuHTMLAlbum", "mnuHTMLMail", "-", "mnuVorlagen",
                  "mnuOptionen", "-"});

@@ -113,7 +113,8 @@ void MainWindow::wireActions() {
     const std::pair<const char*, PictureTool> tools[] = {{"mnuFotodesign", PictureTool::Design},
                                                          {"mnuRoteAugen", PictureTool::RedEye},
                                                          {"mnuBildgroesse", PictureTool::Resize},
-                                                         {"mnuBilderTeilen", PictureTool::Split}};
+                                                         {"mnuBilderTeilen", PictureTool::Split},
+                                                         {"mnuDrucken", PictureTool::Print}};
     for (const auto& [name, tool] : tools)
         on(name, [this, tool] {
             choosePicturesForTool(tool, prompter_, session_->language(), session_->state().pictureDirectory, this);

@@ -80,6 +80,7 @@ const Caption kActions[] = {
     {"mnuBildgroesse", "Bild&größe ändern ...", "Resi&ze pictures ..."},
     {"mnuBilderTeilen", "Bilder &teilen ...", "&Split pictures ..."},
     {"mnuPanorama", "&Panorama erstellen ...", "&Panorama ..."},
+    {"mnuDrucken", "Bilder dr&ucken ...", "Pr&int pictures ..."},
     {"mnuWizzard", "&Wizzard ...", "&Wizard ..."},
     {"mnuSpezialseiten", "Spezial&seiten generieren", "Generate special &pages"},
     {"mnuHTMLAlbum", "&HTMLAlbum generieren", "Generate &HTML album"},

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "panorama/make_pano_window.h"
+#include "print/print_sheet_window.h"
 #include "studio/design_window.h"
 #include "studio/red_eye_window.h"
 #include "studio/resize_window.h"
@@ -73,6 +74,9 @@ std::vector<QWidget*> openPictureTool(PictureTool tool, const std::vector<std::s
             break;
         case PictureTool::Split:
             windows.push_back(keep(new studio::SplitWindow(pictures, prompter, language, parent), parent));
+            break;
+        case PictureTool::Print:
+            windows.push_back(keep(new print::PrintSheetWindow(pictures, prompter, language, parent), parent));
             break;
         case PictureTool::Panorama:
             windows.push_back(keep(

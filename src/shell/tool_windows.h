@@ -15,7 +15,7 @@ class QWidget;
 
 namespace brindle::shell {
 
-enum class PictureTool { RedEye, Resize, Design, Split, Panorama };
+enum class PictureTool { RedEye, Resize, Design, Split, Panorama, Print };
 
 // The tool a start mode ("RedEye", "Rezise", "Bildbearbeitung") names.
 std::optional<PictureTool> toolOfStartMode(const std::string& startMode);

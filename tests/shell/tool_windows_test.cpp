@@ -8,6 +8,7 @@
 
 #include "explorer/bildviewer_window.h"
 #include "panorama/make_pano_window.h"
+#include "print/print_sheet_window.h"
 #include "shell/explorer_launch.h"
 #include "shell/tool_windows.h"
 #include "studio/design_window.h"
@@ -70,6 +71,10 @@ class ToolWindowsTest : public QObject {
         f.prompter->files = {folder + "see.png"};
         f.trigger("mnuBilderTeilen");
         QCOMPARE(int(openWindows<studio::SplitWindow>().size()), 1);
+
+        f.prompter->files = {folder + ";see.png;zwei.png"};
+        f.trigger("mnuDrucken");
+        QCOMPARE(int(openWindows<print::PrintSheetWindow>().size()), 1);
 
         // Breaking off the file dialog opens nothing.
         f.trigger("mnuBilderTeilen");
