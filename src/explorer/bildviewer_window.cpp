@@ -180,7 +180,7 @@ void FrmBildviewer::buildToolBar() {
         const std::string key = e.key;
         connect(a, &QAction::triggered, this, [this, key] { MenüGeklickt(key); });
     }
-    // The scanner's window comes later.
+    // Enabled once the program hands over a scanner.
     findChild<QAction*>("twain")->setEnabled(false);
     findChild<QAction*>("folder")->setCheckable(true);
     findChild<QAction*>("folder")->setChecked(true);

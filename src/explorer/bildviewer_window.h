@@ -70,6 +70,10 @@ class FrmBildviewer : public QMainWindow {
     void setLanguage(Language language);
     Language language() const { return language_; }
     void setToolOpener(ToolOpener opener) { toolOpener_ = std::move(opener); }
+    // Scans one picture into `target`; the written path, or empty when
+    // nothing was saved. Setting it enables the "twain" button.
+    using Scanner = std::function<std::string(const std::string& target)>;
+    void setScanner(Scanner scanner);
     // Called on the thread that made each thumbnail, before it is shown.
     // Set it before the first folder is shown.
     void setThumbnailHook(std::function<void()> hook) { *thumbnailHook_ = std::move(hook); }
@@ -151,6 +155,7 @@ class FrmBildviewer : public QMainWindow {
     void fullView();
     void zoom();
     void openTool(const std::string& tool);
+    void importScan();
     void rename();
     void help();
     void saveSettings();
@@ -161,6 +166,7 @@ class FrmBildviewer : public QMainWindow {
     Prompter& prompter_;
     Language language_;
     ToolOpener toolOpener_;
+    Scanner scanner_;
     std::shared_ptr<std::function<void()>> thumbnailHook_ =
         std::make_shared<std::function<void()>>();
 

@@ -78,7 +78,8 @@ void FrmBildviewer::MenüGeklickt(const std::string& key) {
     if (key == "zoom") return zoom();
     if (key == "Umbenennen") return rename();
     if (key == "hilfe") return help();
-    // "twain" and "MakeAVI" stay disabled until their windows come.
+    if (key == "twain") return importScan();
+    // "MakeAVI" stays disabled until its window comes.
 }
 
 void FrmBildviewer::openContextMenu(const QPoint& pos) {
@@ -154,6 +155,28 @@ void FrmBildviewer::openTool(const std::string& tool) {
         return;
     }
     if (toolOpener_) toolOpener_(tool, std::move(files));
+}
+
+void FrmBildviewer::setScanner(Scanner scanner) {
+    scanner_ = std::move(scanner);
+    findChild<QAction*>("twain")->setEnabled(static_cast<bool>(scanner_));
+}
+
+void FrmBildviewer::importScan() {
+    if (!scanner_) return;
+    FileDialog d;
+    d.title = t("Wähle Datei zum Speichern des importierten Bildes", "Choose the file to save the imported picture in");
+    d.filter = t("JPEG Bild (*.jpg;*.jpeg)|*.jpg;*.jpeg|Bitmap (*.bmp)|*.bmp|Alle Dateien (*.*)|*.*",
+                 "JPEG picture (*.jpg;*.jpeg)|*.jpg;*.jpeg|Bitmap (*.bmp)|*.bmp|All files (*.*)|*.*");
+    d.startDirectory = folder_ + "/";
+    d.proposedName = "scanimage.jpg";
+    const std::string target = prompter_.saveFile(d);
+    if (target.empty()) return;
+    const std::string saved = scanner_(target);
+    if (saved.empty()) return;
+    // A scan over an older picture must not keep that one's thumbnail.
+    dropThumbnail(saved);
+    selectFile(saved);
 }
 
 void FrmBildviewer::properties() {

@@ -55,9 +55,6 @@ std::string startFailure(Language language, SANE_Status status) {
            sane_strstatus(status);
 }
 
-std::string noScanner(Language language) {
-    return tr(language, "Es wurde kein Scanner gefunden.", "No scanner was found.");
-}
 
 std::string deviceError(Language language, SANE_Status status) {
     return std::string(tr(language, "Der Scanner meldet einen Fehler: ", "The scanner reports an error: ")) +
@@ -202,7 +199,7 @@ ScanResult acquireScan(const ScanRequest& request, Language language) {
         const SANE_Device** list = nullptr;
         if (sane_get_devices(&list, SANE_FALSE) == SANE_STATUS_GOOD && list && list[0]) name = text(list[0]->name);
         if (name.empty()) {
-            result.error = noScanner(language);
+            result.error = noScannerMessage(language);
             return result;
         }
     }
@@ -235,6 +232,10 @@ ScanResult scanToFile(const ScanRequest& request, const std::string& path, Langu
         result.picture = {};
     }
     return result;
+}
+
+std::string noScannerMessage(Language language) {
+    return tr(language, "Es wurde kein Scanner gefunden.", "No scanner was found.");
 }
 
 }  // namespace brindle::media

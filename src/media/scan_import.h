@@ -31,6 +31,9 @@ struct ScanSourceList {
 
 ScanSourceList listScanSources(Language language);
 
+// What the user is told when no source is found.
+std::string noScannerMessage(Language language);
+
 struct ScanRequest {
     std::string device;   // empty: the first source found
     int resolution = 0;   // dots per inch; 0 keeps the source's own setting

@@ -4,6 +4,7 @@
 #include <QUrl>
 
 #include "explorer/bildviewer_window.h"
+#include "media/scan_window.h"
 #include "shell/tool_windows.h"
 
 namespace brindle::shell {
@@ -32,6 +33,13 @@ void openExplorerTool(const std::string& key, const std::vector<std::string>& fi
     openPictureTool(tool, files, prompter, language, parent, programDirectory);
 }
 
+std::string scanPicture(const std::string& target, Prompter& prompter, Language language,
+                        QWidget* parent) {
+    media::ScanDialog dialog(target, prompter, language, parent);
+    if (dialog.exec() != QDialog::Accepted) return {};
+    return dialog.savedPath();
+}
+
 explorer::FrmBildviewer* openExplorerWindow(const std::string& programDirectory,
                                             const ExplorerStart& start, Prompter& prompter,
                                             Language language, QWidget* parent) {
@@ -40,6 +48,9 @@ explorer::FrmBildviewer* openExplorerWindow(const std::string& programDirectory,
     window->setToolOpener([window, &prompter, programDirectory](const std::string& key,
                                                                 std::vector<std::string> files) {
         openExplorerTool(key, files, prompter, window->language(), window, programDirectory);
+    });
+    window->setScanner([window, &prompter](const std::string& target) {
+        return scanPicture(target, prompter, window->language(), window);
     });
     followToolLanguage(window, [window](Language l) { window->setLanguage(l); });
     if (!start.file.empty())

@@ -25,6 +25,11 @@ void openExplorerTool(const std::string& key, const std::vector<std::string>& fi
                       Prompter& prompter, Language language, QWidget* parent,
                       const std::string& programDirectory);
 
+// Runs the scanner dialog for one picture into `target`; the written path,
+// or empty when nothing was saved.
+std::string scanPicture(const std::string& target, Prompter& prompter, Language language,
+                        QWidget* parent = nullptr);
+
 // A shown explorer window in start.folder with start.file selected; it
 // deletes itself when closed.
 explorer::FrmBildviewer* openExplorerWindow(const std::string& programDirectory,

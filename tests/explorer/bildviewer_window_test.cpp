@@ -485,6 +485,56 @@ class BildviewerWindowTest : public QObject {
         QCOMPARE(w.selectedFiles(), std::vector<std::string>{pic("quer.jpg").toStdString()});
     }
 
+    void scanSavesWhereAskedAndSelectsThePicture() {
+        saveSolid(pic("a.jpg"), 20, 20, Qt::red);
+        struct TitlePrompter : test::ScriptedPrompter {
+            std::vector<FileDialog> dialogs;
+            std::string saveFile(const FileDialog& d) override {
+                dialogs.push_back(d);
+                return ScriptedPrompter::saveFile(d);
+            }
+        } prompter;
+        FrmBildviewer w(prog_, folder(), prompter, Language::German);
+        std::vector<std::string> scanned;
+        std::string answer;
+        w.setScanner([&](const std::string& target) {
+            scanned.push_back(target);
+            if (!answer.empty()) saveSolid(QString::fromStdString(answer), 30, 40, Qt::blue);
+            return answer;
+        });
+        w.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        QAction* twain = w.findChild<QAction*>("twain");
+        QVERIFY(twain->isEnabled());
+
+        // Breaking off the file dialog scans nothing.
+        twain->trigger();
+        QVERIFY(scanned.empty());
+        QCOMPARE(prompter.dialogs.size(), std::size_t(1));
+        QCOMPARE(prompter.dialogs[0].title, std::string("Wähle Datei zum Speichern des importierten Bildes"));
+        QCOMPARE(prompter.dialogs[0].startDirectory, folder() + "/");
+        QCOMPARE(prompter.dialogs[0].proposedName, std::string("scanimage.jpg"));
+
+        // A scan that saved nothing leaves the list as it was.
+        const std::string target = pic("scanimage.jpg").toStdString();
+        prompter.files.push_back(target);
+        twain->trigger();
+        QCOMPARE(scanned, std::vector<std::string>{target});
+        QCOMPARE(w.rows().size(), std::size_t(1));
+
+        // A saved scan appears in the list, selected.
+        prompter.files.push_back(target);
+        answer = target;
+        twain->trigger();
+        QCOMPARE(scanned.size(), std::size_t(2));
+        QCOMPARE(w.rows().size(), std::size_t(2));
+        QCOMPARE(w.selectedFiles(), std::vector<std::string>{target});
+
+        w.setLanguage(Language::English);
+        twain->trigger();
+        QCOMPARE(prompter.dialogs.back().title, std::string("Choose the file to save the imported picture in"));
+    }
+
     void toolEntriesHandTheSelectionOn() {
         saveSolid(pic("a.jpg"), 20, 20, Qt::red);
         saveSolid(pic("b.jpg"), 20, 20, Qt::red);
