@@ -15,7 +15,7 @@
 
 #include "image/picture_io.h"
 #include "media/avi_maker_window.h"
-#include "media/video_probe.h"
+#include "video_probe.h"
 #include "support/scripted_prompter.h"
 
 using namespace brindle;
