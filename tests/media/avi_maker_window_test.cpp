@@ -5,6 +5,7 @@
 // under Xvfb).
 #include <QLabel>
 #include <QListWidget>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -156,6 +157,39 @@ class AviMakerWindowTest : public QObject {
         QCOMPARE(format.width, 80);
         QCOMPARE(format.height, 60);
         QVERIFY(child<QLabel>(&w, "lblStatus")->text().isEmpty());
+    }
+
+    // Cancel is pressed when the first frame's progress reaches the window;
+    // the run stops at the next frame and leaves no file.
+    void cancelStopsTheRun() {
+        test::ScriptedPrompter prompter;
+        AviMakerWindow w({}, program(), prompter, Language::English);
+        bitmap("f.bmp", 320, 240, 0);
+        for (int i = 0; i < 120; ++i) QVERIFY(w.addBitmap(path("f.bmp")));
+        auto* bar = child<QProgressBar>(&w, "progress");
+        auto* cancel = child<QPushButton>(&w, "cmdCancel");
+        QVERIFY(bar && cancel);
+        QString during;
+        connect(bar, &QProgressBar::valueChanged, &w, [&](int value) {
+            if (value != 1 || !w.running()) return;
+            cancel->click();
+            during = cancel->text();
+        });
+        w.show();
+        prompter.files.push_back(path("stopped.avi"));
+        child<QPushButton>(&w, "cmdWriteAVI")->click();
+        QCOMPARE(during, QString("Cancelling ..."));
+        QVERIFY(w.lastResult().cancelled);
+        QVERIFY(!w.lastResult().ok);
+        QVERIFY(w.lastResult().frames < 120);
+        QVERIFY(!std::filesystem::exists(path("stopped.avi")));
+        QCOMPARE(child<QLabel>(&w, "lblStatus")->text(), QString("Cancelled."));
+        QCOMPARE(cancel->text(), QString("Cancel"));
+        // No message for a cancel, and the window stays open for another try.
+        QCOMPARE(prompter.asked.back().rfind("save|", 0), std::size_t(0));
+        QVERIFY(w.isVisible());
+        cancel->click();
+        QVERIFY(!w.isVisible());
     }
 
     void languageSwitch() {
