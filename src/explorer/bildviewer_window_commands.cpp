@@ -41,7 +41,7 @@ const PopupEntry kPopup[] = {
     {"bearbeiten", "Bearbeiten", "Edit", true},
     {"Teilen", "Teilen", "Split", true},
     {"Drucken", "Drucken", "Print", true},
-    {"MakeAVI", "AVI erstellen", "Make AVI", false},
+    {"MakeAVI", "AVI erstellen", "Make AVI", true},
     {"Redeye", "Rote Augen", "Red eyes", true},
     {"MakePano", "Panorama erstellen", "Make panorama", true},
 };
@@ -51,7 +51,7 @@ const std::map<std::string, std::string> kToolOfKey = {
     {"zeichnen", "zeichnen"}, {"redeye", "redeye"},         {"Redeye", "redeye"},
     {"panorama", "panorama"}, {"MakePano", "panorama"},     {"Größe", "Größe"},
     {"Teilen", "Teilen"},     {"bearbeiten", "bearbeiten"}, {"print", "print"},
-    {"Drucken", "print"},
+    {"Drucken", "print"},     {"MakeAVI", "video"},
 };
 
 }  // namespace
@@ -79,7 +79,6 @@ void FrmBildviewer::MenüGeklickt(const std::string& key) {
     if (key == "Umbenennen") return rename();
     if (key == "hilfe") return help();
     if (key == "twain") return importScan();
-    // "MakeAVI" stays disabled until its window comes.
 }
 
 void FrmBildviewer::openContextMenu(const QPoint& pos) {

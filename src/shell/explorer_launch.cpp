@@ -28,6 +28,8 @@ void openExplorerTool(const std::string& key, const std::vector<std::string>& fi
         tool = PictureTool::Split;
     else if (key == "print")
         tool = PictureTool::Print;
+    else if (key == "video")
+        tool = PictureTool::Video;
     else if (key != "zeichnen")
         return;
     openPictureTool(tool, files, prompter, language, parent, programDirectory);

@@ -134,6 +134,7 @@ void MainWindow::buildActions() {
     makeAction("mnuBilderTeilen");
     makeAction("mnuPanorama");
     makeAction("mnuDrucken");
+    makeAction("mnuVideo");
     makeAction("mnuWizzard");
     makeAction("mnuSpezialseiten");
     makeAction("mnuHTMLAlbum", "html");
@@ -198,7 +199,7 @@ void MainWindow::buildMenus() {
     add(align, {"setleft", "setcenterver", "setright", "-", "settop", "setcenterhor", "setdown", "-", "setaufthor",
                 "setauftver"});
     add(menu("mnuAnsicht"), {"mnuAlbumExplorer", "mnuBrindleseeExplorer"});
-    add(menu("mnuWerkzeug"), {"mnuFotodesign", "mnuRoteAugen", "mnuBildgroesse", "mnuBilderTeilen", "-", "mnuPanorama", "mnuDrucken"});
+    add(menu("mnuWerkzeug"), {"mnuFotodesign", "mnuRoteAugen", "mnuBildgroesse", "mnuBilderTeilen", "-", "mnuPanorama", "mnuDrucken", "mnuVideo"});
     QMenu* extras = menu("mnuExtras");
     add(extras, {"mnuWizzard", "mnuSpezialseiten", "-", "mnuHTMLAlbum", "mnuHTMLMail", "-", "mnuVorlagen",
                  "mnuOptionen", "-"});

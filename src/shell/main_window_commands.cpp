@@ -127,6 +127,10 @@ void MainWindow::wireActions() {
                 connect(pano, &panorama::MakePanoWindow::placeOnPage, this,
                         [this, pano](const QString& path) { placePanorama(path.toStdString(), pano->options().compose.ring360); });
     });
+    on("mnuVideo", [this] {
+        const SessionState& s = session_->state();
+        choosePicturesForTool(PictureTool::Video, prompter_, s.language, s.pictureDirectory, this, s.programDirectory);
+    });
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
     on("mnuInfo", [this] { showAbout(); });

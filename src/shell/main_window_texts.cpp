@@ -81,6 +81,7 @@ const Caption kActions[] = {
     {"mnuBilderTeilen", "Bilder &teilen ...", "&Split pictures ..."},
     {"mnuPanorama", "&Panorama erstellen ...", "&Panorama ..."},
     {"mnuDrucken", "Bilder dr&ucken ...", "Pr&int pictures ..."},
+    {"mnuVideo", "&Video erstellen ...", "&Video maker ..."},
     {"mnuWizzard", "&Wizzard ...", "&Wizard ..."},
     {"mnuSpezialseiten", "Spezial&seiten generieren", "Generate special &pages"},
     {"mnuHTMLAlbum", "&HTMLAlbum generieren", "Generate &HTML album"},

@@ -5,6 +5,7 @@
 #include <functional>
 #include <utility>
 
+#include "media/avi_maker_window.h"
 #include "panorama/make_pano_window.h"
 #include "print/print_sheet_window.h"
 #include "studio/design_window.h"
@@ -77,6 +78,10 @@ std::vector<QWidget*> openPictureTool(PictureTool tool, const std::vector<std::s
             break;
         case PictureTool::Print:
             windows.push_back(keep(new print::PrintSheetWindow(pictures, prompter, language, parent), parent));
+            break;
+        case PictureTool::Video:
+            windows.push_back(keep(
+                new media::AviMakerWindow(pictures, programDirectory, prompter, language, parent), parent));
             break;
         case PictureTool::Panorama:
             windows.push_back(keep(

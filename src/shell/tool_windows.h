@@ -15,7 +15,7 @@ class QWidget;
 
 namespace brindle::shell {
 
-enum class PictureTool { RedEye, Resize, Design, Split, Panorama, Print };
+enum class PictureTool { RedEye, Resize, Design, Split, Panorama, Print, Video };
 
 // The tool a start mode ("RedEye", "Rezise", "Bildbearbeitung") names.
 std::optional<PictureTool> toolOfStartMode(const std::string& startMode);
@@ -26,7 +26,8 @@ FileDialog toolPictureDialog(Language language, const std::string& startDirector
 // Opens the tool on `pictures`; the red-eye tool gets one window per
 // picture. The windows delete themselves when closed and follow
 // setToolLanguage. Returns the windows opened (none without pictures).
-// The panorama tool keeps its working copies under `programDirectory`.
+// The panorama tool keeps its working copies under `programDirectory`, the
+// video maker its bitmaps.
 std::vector<QWidget*> openPictureTool(PictureTool tool, const std::vector<std::string>& pictures, Prompter& prompter,
                                       Language language, QWidget* parent = nullptr,
                                       const std::string& programDirectory = {});

@@ -4,9 +4,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
+#include <QPushButton>
 #include <QTest>
 
 #include "explorer/bildviewer_window.h"
+#include "media/avi_maker_window.h"
 #include "panorama/make_pano_window.h"
 #include "print/print_sheet_window.h"
 #include "shell/explorer_launch.h"
@@ -76,6 +78,15 @@ class ToolWindowsTest : public QObject {
         f.trigger("mnuDrucken");
         QCOMPARE(int(openWindows<print::PrintSheetWindow>().size()), 1);
 
+        // The video maker makes bitmaps of the chosen photos under the program directory.
+        test::drawPhoto(QString::fromStdString(folder + "drei.jpg"));
+        f.prompter->files = {folder + "drei.jpg"};
+        f.trigger("mnuVideo");
+        const auto videos = openWindows<media::AviMakerWindow>();
+        QCOMPARE(int(videos.size()), 1);
+        QCOMPARE(int(videos.front()->bitmaps().size()), 1);
+        QCOMPARE(videos.front()->bitmaps().front(), main.session().state().programDirectory + "AVITemp/1_drei.bmp");
+
         // Breaking off the file dialog opens nothing.
         f.trigger("mnuBilderTeilen");
         QCOMPARE(int(openWindows<studio::SplitWindow>().size()), 1);
@@ -96,6 +107,8 @@ class ToolWindowsTest : public QObject {
         QCOMPARE(openWindows<studio::RedEyeWindow>().front()->windowTitle(), QString("Brindlesee Red Eye"));
         QCOMPARE(openWindows<studio::DesignWindow>().front()->windowTitle(), QString("Assistant Photo Design"));
         QCOMPARE(openWindows<studio::SplitWindow>().front()->windowTitle(), QString("Split Images"));
+        QCOMPARE(openWindows<media::AviMakerWindow>().front()->findChild<QPushButton*>("cmdWriteAVI")->text(),
+                 QString("&Write AVI ..."));
     }
 
     void startSwitchesOpenTheirToolAlone() {
@@ -157,7 +170,8 @@ class ToolWindowsTest : public QObject {
             {"redeye", &studio::RedEyeWindow::staticMetaObject},
             {"Größe", &studio::ResizeWindow::staticMetaObject},
             {"Teilen", &studio::SplitWindow::staticMetaObject},
-            {"panorama", &panorama::MakePanoWindow::staticMetaObject}};
+            {"panorama", &panorama::MakePanoWindow::staticMetaObject},
+            {"MakeAVI", &media::AviMakerWindow::staticMetaObject}};
         for (const auto& [key, type] : tools) {
             w->MenüGeklickt(key);
             bool found = false;
