@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -232,6 +233,25 @@ private slots:
     void screenshots() {
         const QByteArray out = qgetenv("BRINDLESEE_SCREENSHOTS");
         if (out.isEmpty()) QSKIP("BRINDLESEE_SCREENSHOTS not set");
+        // Photo-like pictures for a look at the window: sky, sun, hills and water.
+        for (std::size_t i = 0; i < pictures_.size(); ++i) {
+            const int w = i % 2 ? 400 : 600, h = i % 2 ? 600 : 400;
+            QImage img(w, h, QImage::Format_RGB32);
+            QPainter p(&img);
+            QLinearGradient sky(0, 0, 0, h * 0.6);
+            sky.setColorAt(0, QColor::fromHsv(int(200 + 25 * i) % 360, 120, 220));
+            sky.setColorAt(1, QColor(0xE8, 0xC9, 0x9B));
+            p.fillRect(img.rect(), sky);
+            p.setPen(Qt::NoPen);
+            p.setBrush(QColor(0xF6, 0xE2, 0x9A));
+            p.drawEllipse(QPointF(w * (0.3 + 0.1 * i), h * 0.25), w * 0.07, w * 0.07);
+            p.setBrush(QColor(0x4A, 0x6B, 0x3F));
+            p.drawEllipse(QPointF(w * 0.3, h * 0.8), w * 0.55, h * 0.3);
+            p.setBrush(QColor(0x2E, 0x6F, 0x9E));
+            p.drawRect(QRectF(0, h * 0.88, w, h * 0.12));
+            p.end();
+            QVERIFY(img.save(QString::fromStdString(pictures_[i]), "BMP"));
+        }
         auto w = openWindow();
         for (Language lang : {Language::German, Language::English}) {
             w->setLanguage(lang);
