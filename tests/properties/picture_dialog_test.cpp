@@ -24,6 +24,7 @@
 #include "properties/picture_dialog.h"
 #include "shell/main_window.h"
 #include "shell/startup.h"
+#include "support/evening_photo.h"
 #include "support/scripted_prompter.h"
 
 using namespace brindle;
@@ -33,31 +34,7 @@ using brindle::editor::Kind;
 
 namespace {
 
-// A landscape at evening: sky, sun, hills and a lake, drawn here.
-void drawPhoto(const QString& path) {
-    QImage img(640, 420, QImage::Format_RGB32);
-    QPainter p(&img);
-    p.setRenderHint(QPainter::Antialiasing);
-    QLinearGradient sky(0, 0, 0, 260);
-    sky.setColorAt(0, QColor(0x2B, 0x4C, 0x8C));
-    sky.setColorAt(0.7, QColor(0xF2, 0xA6, 0x5A));
-    sky.setColorAt(1, QColor(0xF7, 0xD0, 0x8A));
-    p.fillRect(img.rect(), sky);
-    p.setPen(Qt::NoPen);
-    p.setBrush(QColor(0xFF, 0xE9, 0xA8));
-    p.drawEllipse(QPointF(430, 200), 38, 38);
-    p.setBrush(QColor(0x4A, 0x3C, 0x5E));
-    p.drawPolygon(QPolygonF({QPointF(0, 260), QPointF(120, 150), QPointF(230, 230), QPointF(360, 120),
-                             QPointF(520, 240), QPointF(640, 180), QPointF(640, 270), QPointF(0, 270)}));
-    QLinearGradient lake(0, 260, 0, 420);
-    lake.setColorAt(0, QColor(0xC9, 0x8A, 0x5A));
-    lake.setColorAt(1, QColor(0x1D, 0x35, 0x57));
-    p.fillRect(QRect(0, 262, 640, 158), lake);
-    p.setBrush(QColor(0x2F, 0x4A, 0x2C));
-    p.drawEllipse(QPointF(80, 430), 200, 70);
-    p.end();
-    img.save(path);
-}
+void drawPhoto(const QString& path) { test::eveningPhoto().save(path); }
 
 PictureElement picture(int left, int top, int w, int h, const std::string& path) {
     PictureElement e;

@@ -20,6 +20,7 @@
 #include "image/picture_io.h"
 #include "studio/resize_window.h"
 #include "studio/split_window.h"
+#include "support/evening_photo.h"
 #include "support/scripted_prompter.h"
 
 using namespace brindle;
@@ -28,33 +29,8 @@ using brindle::studio::SplitWindow;
 
 namespace {
 
-// An evening landscape: sky, sun, hills, a lake and a tree, drawn here.
 void drawPhoto(const QString& path, int width = 640, int height = 420) {
-    QImage img(640, 420, QImage::Format_RGB32);
-    QPainter p(&img);
-    p.setRenderHint(QPainter::Antialiasing);
-    QLinearGradient sky(0, 0, 0, 260);
-    sky.setColorAt(0, QColor(0x2B, 0x4C, 0x8C));
-    sky.setColorAt(0.7, QColor(0xF2, 0xA6, 0x5A));
-    sky.setColorAt(1, QColor(0xF7, 0xD0, 0x8A));
-    p.fillRect(img.rect(), sky);
-    p.setPen(Qt::NoPen);
-    p.setBrush(QColor(0xFF, 0xE9, 0xA8));
-    p.drawEllipse(QPointF(430, 200), 38, 38);
-    p.setBrush(QColor(0x4A, 0x3C, 0x5E));
-    p.drawPolygon(QPolygonF({QPointF(0, 260), QPointF(120, 150), QPointF(230, 230), QPointF(360, 120),
-                             QPointF(520, 240), QPointF(640, 180), QPointF(640, 270), QPointF(0, 270)}));
-    QLinearGradient lake(0, 260, 0, 420);
-    lake.setColorAt(0, QColor(0xC9, 0x8A, 0x5A));
-    lake.setColorAt(1, QColor(0x1D, 0x35, 0x57));
-    p.fillRect(QRect(0, 262, 640, 158), lake);
-    p.setBrush(QColor(0x3B, 0x2A, 0x1E));
-    p.drawRect(QRectF(96, 250, 10, 80));
-    p.setBrush(QColor(0x2F, 0x4A, 0x2C));
-    p.drawEllipse(QPointF(101, 235), 40, 52);
-    p.end();
-    const QImage sized = width == 640 && height == 420 ? img : img.scaled(width, height);
-    QVERIFY(sized.save(path));
+    QVERIFY(test::eveningPhoto(width, height).save(path));
 }
 
 std::string file(const QTemporaryDir& dir, const char* name) { return dir.filePath(name).toStdString(); }
