@@ -62,17 +62,17 @@ void put(std::vector<std::int16_t>& v, int step, __m128i x) {
 }
 
 // Eight bytes of a row from `offset`, zeros outside 0 .. bytes - 1.
-__m128i loadEight(const std::uint8_t* row, int offset, int bytes) {
+__m128i loadEdge(const std::uint8_t* row, int offset, int bytes) {
     std::uint8_t b[8] = {};
-    if (offset >= 0 && offset + 8 <= bytes) {
-        std::memcpy(b, row + offset, 8);
-    } else {
-        for (int k = 0; k < 8; ++k)
-            if (offset + k >= 0 && offset + k < bytes) b[k] = row[offset + k];
-    }
-    std::uint64_t word;
-    std::memcpy(&word, b, 8);
-    return _mm_cvtsi64_si128(static_cast<long long>(word));
+    for (int k = 0; k < 8; ++k)
+        if (offset + k >= 0 && offset + k < bytes) b[k] = row[offset + k];
+    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(b));
+}
+
+inline __m128i loadEight(const std::uint8_t* row, int offset, int bytes) {
+    if (offset >= 0 && offset + 8 <= bytes)
+        return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + offset));
+    return loadEdge(row, offset, bytes);
 }
 
 // An 8x8 byte transpose: wJ holds rows 2J and 2J + 1 (eight bytes each);
@@ -148,13 +148,12 @@ void SharpenWavefront::sweep() {
         low = _mm_andnot_si128(mask, at(raw_, s));
         high = _mm_or_si128(low, _mm_and_si128(mask, top));
     };
-    __m128i last[3] = {zero, zero, zero}, prev[3] = {zero, zero, zero},
-            prevprev[3] = {zero, zero, zero};
-    for (int s = 0; s <= lastStep_; ++s) {
-        const int k = s % 3;
-        const __m128i l = last[k];
+    // One step of one chain; `last`, `prev` and `prevprev` are its outputs
+    // three, six and nine steps back.
+    const auto step = [&](int s, __m128i& last, __m128i& prev, __m128i& prevprev) {
+        const __m128i l = last;
         // Lane i - 1's bytes c - 3, c and c + 3, moved up one lane, and the left one.
-        const __m128i down = _mm_add_epi16(l, _mm_add_epi16(prev[k], prevprev[k]));
+        const __m128i down = _mm_add_epi16(l, _mm_add_epi16(prev, prevprev));
         const __m128i x = _mm_add_epi16(_mm_slli_si128(down, 2), l);
         __m128i n = _mm_sub_epi16(at(known_, s), _mm_add_epi16(x, x));
         n = _mm_max_epi16(n, zero);
@@ -167,9 +166,17 @@ void SharpenWavefront::sweep() {
             q = _mm_max_epi16(_mm_min_epi16(q, high), low);
         }
         put(out_, s, q);
-        prevprev[k] = prev[k];
-        prev[k] = l;
-        last[k] = q;
+        prevprev = prev;
+        prev = l;
+        last = q;
+    };
+    __m128i l0 = zero, l1 = zero, l2 = zero, p0 = zero, p1 = zero, p2 = zero, pp0 = zero,
+            pp1 = zero, pp2 = zero;
+    // known_ has room past the last step, so whole triples may run.
+    for (int s = 0; s <= lastStep_; s += 3) {
+        step(s, l0, p0, pp0);
+        step(s + 1, l1, p1, pp1);
+        step(s + 2, l2, p2, pp2);
     }
 }
 
@@ -180,18 +187,19 @@ void SharpenWavefront::storeLanes(std::uint8_t* const* rows) const {
             w[j] = _mm_packus_epi16(at(out_, s0 + 2 * j), at(out_, s0 + 2 * j + 1));
         transpose(w, o);
         for (int j = 0; j < 4; ++j) {
-            alignas(16) std::uint8_t b[16];
-            _mm_store_si128(reinterpret_cast<__m128i*>(b), o[j]);
             for (int half = 0; half < 2; ++half) {
                 const int lane = 2 * j + half;
                 const int c0 = s0 - 6 * lane;
                 std::uint8_t* row = rows[1 + lane];
+                const __m128i v = half ? _mm_srli_si128(o[j], 8) : o[j];
                 if (c0 >= 6 && c0 + 8 <= bytes_ - 3) {
-                    std::memcpy(row + c0, b + 8 * half, 8);
+                    _mm_storel_epi64(reinterpret_cast<__m128i*>(row + c0), v);
                     continue;
                 }
+                alignas(16) std::uint8_t b[16];
+                _mm_store_si128(reinterpret_cast<__m128i*>(b), v);
                 for (int k = 0; k < 8; ++k)
-                    if (c0 + k >= 6 && c0 + k <= bytes_ - 4) row[c0 + k] = b[8 * half + k];
+                    if (c0 + k >= 6 && c0 + k <= bytes_ - 4) row[c0 + k] = b[k];
             }
         }
     }
