@@ -112,22 +112,32 @@ void SharpenWavefront::loadLanes(std::uint8_t* const* rows) {
 // below, which the band before has finished.
 void SharpenWavefront::buildSums(const std::uint8_t* below, const std::uint8_t* above) {
     const int aboveSkew = 6 * (kLanes - 1);
-    // out_ holds the row above each lane for now: lane i + 1's raw bytes,
-    // and for the top lane the row above the band.
-    for (int t = 0; t + 6 < steps_; ++t) {
+    // The row above lane i at step t: lane i + 1's raw bytes, and for the
+    // top lane the row above the band.
+    const auto over = [&](int t) {
         const int c = t - aboveSkew;
         const int top = c >= 0 && c < bytes_ ? above[c] : 0;
-        put(out_, t, _mm_insert_epi16(_mm_srli_si128(at(raw_, t + 6), 2), top, kLanes - 1));
-    }
+        return _mm_insert_epi16(_mm_srli_si128(at(raw_, t + 6), 2), top, kLanes - 1);
+    };
     const __m128i centre = _mm_set1_epi16(static_cast<short>(centre_));
     const __m128i zero = _mm_setzero_si128();
-    for (int s = 0; s <= lastStep_; ++s) {
+    // `now` and `back` are the rows above at steps s and s - 3 of one chain.
+    const auto step = [&](int s, __m128i& now, __m128i& back) {
         const int below3 =
             s >= 6 && s <= bytes_ - 4 ? below[s - 3] + below[s] + below[s + 3] : 0;
+        const __m128i ahead = over(s + 3);
         __m128i sum = _mm_add_epi16(at(raw_, s + 3), _mm_cvtsi32_si128(below3));
-        sum = _mm_add_epi16(sum, _mm_add_epi16(at(out_, s), at(out_, s + 3)));
-        sum = _mm_add_epi16(sum, s >= 3 ? at(out_, s - 3) : zero);
+        sum = _mm_add_epi16(sum, _mm_add_epi16(_mm_add_epi16(back, now), ahead));
         put(known_, s, _mm_sub_epi16(_mm_mullo_epi16(at(raw_, s), centre), _mm_slli_epi16(sum, 1)));
+        back = now;
+        now = ahead;
+    };
+    __m128i n0 = over(0), n1 = over(1), n2 = over(2), b0 = zero, b1 = zero, b2 = zero;
+    // raw_ has room past the last step for whole triples.
+    for (int s = 0; s <= lastStep_; s += 3) {
+        step(s, n0, b0);
+        step(s + 1, n1, b1);
+        step(s + 2, n2, b2);
     }
 }
 
