@@ -8,6 +8,7 @@
 #include "image/dib_section.h"
 #include "image/effects_internal.h"
 #include "image/rounding.h"
+#include "image/sharpen_wavefront.h"
 
 namespace brindle {
 
@@ -97,7 +98,18 @@ void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress) {
     SharpenTable table;
     if (last >= 6 && table.build(static_cast<int>(centre), static_cast<int>(divisor))) {
         std::vector<int> partial(static_cast<std::size_t>(last) + 3);
-        for (int y = 2; y <= Height() - 2; ++y) {
+        int y = 2;
+        effects::SharpenWavefront wave;
+        if (wave.prepare(strength, Width())) {
+            constexpr int kLanes = effects::SharpenWavefront::kLanes;
+            std::uint8_t* rows[kLanes + 2];
+            for (; y + kLanes - 1 <= Height() - 2; y += kLanes) {
+                for (int i = 0; i < kLanes + 2; ++i) rows[i] = rowBits(y - 1 + i);
+                wave.band(rows);
+                rp.step(y + kLanes - 1, Height());
+            }
+        }
+        for (; y <= Height() - 2; ++y) {
             sharpenRow(rowBits(y), rowBits(y - 1), rowBits(y + 1), last, static_cast<int>(centre),
                        table, partial);
             rp.step(y, Height());

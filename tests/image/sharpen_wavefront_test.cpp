@@ -1,0 +1,101 @@
+// The banded sharpening against the formula written out plainly, and the
+// multiply-shift division it uses against true division.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "image/dib_section.h"
+#include "image/image_compare.h"
+#include "image/sharpen_wavefront.h"
+
+namespace brindle {
+namespace {
+
+using test::noisePicture;
+using test::sameImage;
+
+void plainSharpen(cDIBSection& d, int strength) {
+    const long long divisor = static_cast<long long>(strength) + 8;
+    if (divisor == 0) return;
+    const long long centre = static_cast<long long>(strength) + 24;
+    for (int y = 2; y <= d.Height() - 2; ++y) {
+        std::uint8_t* p = d.rowBits(y);
+        const std::uint8_t* lo = d.rowBits(y - 1);
+        const std::uint8_t* hi = d.rowBits(y + 1);
+        for (int c = 6; c <= d.Width() * 3 - 6 + 2; ++c) {
+            const long long s = lo[c - 3] + lo[c] + lo[c + 3] + p[c - 3] + p[c + 3] + hi[c - 3] +
+                                hi[c] + hi[c + 3];
+            const long long q = (p[c] * centre - 2 * s) / divisor;
+            p[c] = static_cast<std::uint8_t>(q < 0 ? 0 : (q > 255 ? 255 : q));
+        }
+    }
+}
+
+TEST(SharpenWavefront, LaneDivisionIsExactForEveryNumerator) {
+    for (int divisor = 2; divisor <= 112; ++divisor) {
+        SCOPED_TRACE(divisor);
+        const int most = 255 * (divisor + 16);  // 255 x centre for this divisor
+        effects::LaneDivision d;
+        ASSERT_TRUE(effects::findLaneDivision(divisor, most, d));
+        ASSERT_LE(d.multiplier, 65535);
+        for (int n = 0; n <= most; ++n) {
+            const int q = ((n * d.multiplier) >> 16) >> d.shift;
+            ASSERT_EQ(n / divisor, q) << "numerator " << n;
+        }
+    }
+    // Division by one has no 16-bit multiplier; nor do numerators past 15 bits.
+    effects::LaneDivision d;
+    EXPECT_FALSE(effects::findLaneDivision(1, 4335, d));
+    EXPECT_FALSE(effects::findLaneDivision(5, 32768, d));
+    EXPECT_FALSE(effects::findLaneDivision(0, 100, d));
+}
+
+TEST(SharpenWavefront, PreparesOnlyStrengthsTheLanesHold) {
+    effects::SharpenWavefront wave;
+    EXPECT_TRUE(wave.prepare(-6, 100));
+    EXPECT_TRUE(wave.prepare(104, 100));   // 255 x 128 = 32640
+    EXPECT_FALSE(wave.prepare(105, 100));  // 255 x 129 passes 32767
+    EXPECT_FALSE(wave.prepare(-7, 100));   // divisor 1
+    EXPECT_FALSE(wave.prepare(-8, 100));
+    EXPECT_FALSE(wave.prepare(5, 3));      // no column to sharpen
+    EXPECT_TRUE(wave.prepare(5, 4));
+}
+
+cDIBSection flat(int w, int h, std::uint8_t v) {
+    cDIBSection d;
+    d.Create(w, h);
+    for (int y = 0; y < h; ++y) std::fill_n(d.rowBits(y), w * 3, v);
+    return d;
+}
+
+// Black and white pixels: sums at both ends of their range.
+cDIBSection extremes(int w, int h, unsigned seed) {
+    cDIBSection d = flat(w, h, 0);
+    std::mt19937 rng(seed);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w * 3; ++x) d.rowBits(y)[x] = (rng() & 1) ? 255 : 0;
+    return d;
+}
+
+TEST(SharpenWavefront, BandsGiveTheFormulasBytes) {
+    // Widths around the transpose blocks and tiny ones; heights with and
+    // without rows left over after the bands of eight.
+    const std::pair<int, int> sizes[] = {{4, 11}, {5, 10}, {6, 12}, {7, 19}, {8, 18}, {13, 27},
+                                         {16, 11}, {17, 26}, {21, 35}, {33, 12}, {64, 30},
+                                         {101, 43}, {4, 3}, {9, 9}};
+    unsigned seed = 7;
+    for (const auto& [w, h] : sizes)
+        for (int strength : {-6, -5, -1, 0, 1, 5, 9, 50, 99, 100, 103, 104, 105}) {
+            SCOPED_TRACE(testing::Message() << w << "x" << h << " strength " << strength);
+            for (const cDIBSection& in :
+                 {noisePicture(w, h, seed++), extremes(w, h, seed++), flat(w, h, 255), flat(w, h, 0)}) {
+                cDIBSection fast = in, plain = in;
+                fast.effectSchärfen2(strength);
+                plainSharpen(plain, strength);
+                ASSERT_TRUE(sameImage(plain, fast));
+            }
+        }
+}
+
+}  // namespace
+}  // namespace brindle
