@@ -36,6 +36,7 @@
 
 #include "explorer/explorer_options.h"
 #include "explorer/full_view_window.h"
+#include "explorer/rename_many_dialog.h"
 #include "explorer/thumbnail_cache.h"
 #include "image/file_stamp.h"
 #include "image/jpeg_io.h"
@@ -771,6 +772,18 @@ class BildviewerWindowTest : public QObject {
                     out + "/explorer_" + name + (lang == Language::German ? "_de" : "_en") + ".png";
                 QVERIFY(w.grab().save(file));
             }
+            const QString suffix = lang == Language::German ? "_de.png" : "_en.png";
+            explorer::FrmUmbenennenMulti rename(lang);
+            rename.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&rename));
+            QVERIFY(rename.grab().save(out + "/rename_many" + suffix));
+            explorer::FrmVollbildViewer full({pictures_.filePath("Fjord.jpg").toStdString()}, 0, lang);
+            full.resize(1200, 800);
+            full.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&full));
+            QTRY_VERIFY_WITH_TIMEOUT(!full.picture().isNull(), 20000);
+            QTest::qWait(200);
+            QVERIFY(full.grab().save(out + "/full_view" + suffix));
         }
     }
 };
