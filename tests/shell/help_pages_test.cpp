@@ -18,15 +18,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// clang-format off
 const char* const kPages[] = {
-    "index",          "main-window",        "page-editor",         "album-explorer",
-    "options",        "wizard",             "catalogue",           "useful-pages",
-    "text-properties", "picture-properties", "background-properties", "navigation-buttons",
-    "panorama-properties", "play-mode",     "photo-design",        "red-eye",
-    "resize",         "split",              "panorama-stitcher",   "seam-editor",
-    "explorer",       "full-view",          "rename-many",         "print",
-    "video-maker",    "scanner",            "about",               "hints",
-    "html-album",     "command-line"};
+    "index",
+    "main-window", "album-explorer", "wizard", "catalogue", "options", "useful-pages",
+    "page-editor", "play-mode",
+    "text-properties", "picture-properties", "background-properties", "navigation-buttons", "panorama-properties",
+    "html-album",
+    "photo-design", "red-eye", "resize", "split", "panorama-stitcher", "seam-editor", "print", "video-maker",
+    "scanner",
+    "explorer", "full-view", "rename-many",
+    "command-line", "about", "hints"};
+// clang-format on
 
 // Pages about no single window of their own.
 const std::set<std::string> kWithoutPicture = {"index", "command-line", "html-album"};
@@ -43,7 +46,11 @@ std::string readFile(const fs::path& file) {
 bool validUtf8(const std::string& text) {
     for (std::size_t i = 0; i < text.size();) {
         const auto c = static_cast<unsigned char>(text[i]);
-        const int extra = c < 0x80 ? 0 : c >= 0xC2 && c < 0xE0 ? 1 : (c >> 4) == 0xE ? 2 : c >= 0xF0 && c < 0xF5 ? 3 : -1;
+        const int extra = c < 0x80                ? 0
+                          : c >= 0xC2 && c < 0xE0 ? 1
+                          : (c >> 4) == 0xE       ? 2
+                          : c >= 0xF0 && c < 0xF5 ? 3
+                                                  : -1;
         if (extra < 0 || i + std::size_t(extra) >= text.size()) return false;
         for (int k = 1; k <= extra; ++k)
             if ((static_cast<unsigned char>(text[i + std::size_t(k)]) & 0xC0) != 0x80) return false;
@@ -52,17 +59,19 @@ bool validUtf8(const std::string& text) {
     return true;
 }
 
-std::vector<std::string> attributes(const std::string& html, const std::string& tag, const std::string& name) {
+std::vector<std::string> attributes(const std::string& html, const std::string& tag,
+                                    const std::string& name) {
     std::vector<std::string> values;
     const std::regex pattern("<" + tag + "\\b[^>]*\\b" + name + "=\"([^\"]*)\"", std::regex::icase);
-    for (auto it = std::sregex_iterator(html.begin(), html.end(), pattern); it != std::sregex_iterator(); ++it)
+    for (auto it = std::sregex_iterator(html.begin(), html.end(), pattern);
+         it != std::sregex_iterator(); ++it)
         values.push_back((*it)[1]);
     return values;
 }
 
 bool isExternal(const std::string& link) {
-    return link.rfind("http:", 0) == 0 || link.rfind("https:", 0) == 0 || link.rfind("mailto:", 0) == 0 ||
-           link.rfind("#", 0) == 0;
+    return link.rfind("http:", 0) == 0 || link.rfind("https:", 0) == 0 ||
+           link.rfind("mailto:", 0) == 0 || link.rfind("#", 0) == 0;
 }
 
 // A PNG's width from its header, 0 when it is none.
@@ -91,8 +100,10 @@ TEST_F(HelpPagesTest, EveryPageInBothLanguagesIsWholeAndShowsItsWindow) {
             EXPECT_TRUE(std::regex_search(html, title, std::regex("<title>([^<]+)</title>")));
             EXPECT_EQ(html.find("<script"), std::string::npos);
             if (id != "index") {
-                EXPECT_NE(index.find("href=\"" + id + ".html\""), std::string::npos) << "not in the contents";
-                EXPECT_NE(html.find("href=\"index.html\""), std::string::npos) << "no way back to the contents";
+                EXPECT_NE(index.find("href=\"" + id + ".html\""), std::string::npos)
+                    << "not in the contents";
+                EXPECT_NE(html.find("href=\"index.html\""), std::string::npos)
+                    << "no way back to the contents";
             }
 
             const std::vector<std::string> pictures = attributes(html, "img", "src");
@@ -119,7 +130,8 @@ TEST_F(HelpPagesTest, PicturesAreSmallAndEachIsShown) {
     std::set<std::string> shown;
     for (const std::string lang : {"de", "en"})
         for (const std::string id : kPages)
-            for (const std::string& src : attributes(readFile(help / lang / (id + ".html")), "img", "src"))
+            for (const std::string& src :
+                 attributes(readFile(help / lang / (id + ".html")), "img", "src"))
                 shown.insert(fs::path(src).filename().string());
     std::uintmax_t total = 0;
     for (const auto& entry : fs::directory_iterator(help / "images")) {
