@@ -13,6 +13,8 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLabel>
 #include <QListView>
@@ -750,6 +752,7 @@ class BildviewerWindowTest : public QObject {
                                       "Morgennebel", "Seeufer",   "Talblick",    "Waldrand"};
         for (int i = 0; i < 12; ++i)
             savePhoto(pictures_.filePath(QString::fromUtf8(places[i]) + ".jpg"), i);
+        for (const char* sub : {"Familie", "Scans", "Urlaub"}) QDir(pictures_.path()).mkdir(sub);
         test::ScriptedPrompter prompter;
         const std::pair<const char*, const char*> modes[] = {{"mnuDetails", "details"},
                                                              {"mnuListe", "liste"},
@@ -763,6 +766,10 @@ class BildviewerWindowTest : public QObject {
             QVERIFY(QTest::qWaitForWindowExposed(&w));
             QTRY_COMPARE_WITH_TIMEOUT(w.thumbnailsShown(), 12, 60000);
             select(w, {QString::fromUtf8("Fjord.jpg")});
+            // The tree starts at the pictures' folder, not at the test machine's root.
+            auto* tree = w.findChild<QTreeView*>("dirTree");
+            auto* dirs = qobject_cast<QFileSystemModel*>(tree->model());
+            tree->setRootIndex(dirs->index(pictures_.path()));
             for (const auto& [action, name] : modes) {
                 w.findChild<QAction*>(action)->trigger();
                 if (std::string(action) == "mnuBildansicht")
