@@ -44,7 +44,13 @@ bool seedProgramDirectory(const std::string& programDirectory, const std::string
     if (resourceDirectory.empty() || !fs::is_directory(resourceDirectory)) return true;
     for (auto it = fs::recursive_directory_iterator(resourceDirectory, ec); !ec && it != fs::end(it);
          it.increment(ec)) {
-        fs::path target = fs::path(programDirectory) / fs::relative(it->path(), resourceDirectory);
+        fs::path relative = fs::relative(it->path(), resourceDirectory);
+        // The help pages are read where they are installed, never copied per user.
+        if (it.depth() == 0 && relative == "help") {
+            it.disable_recursion_pending();
+            continue;
+        }
+        fs::path target = fs::path(programDirectory) / relative;
         if (it->is_directory()) {
             fs::create_directories(target, ec);
         } else if (!fs::exists(target)) {

@@ -13,6 +13,8 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLabel>
 #include <QListView>
@@ -36,6 +38,7 @@
 
 #include "explorer/explorer_options.h"
 #include "explorer/full_view_window.h"
+#include "explorer/rename_many_dialog.h"
 #include "explorer/thumbnail_cache.h"
 #include "image/file_stamp.h"
 #include "image/jpeg_io.h"
@@ -749,6 +752,7 @@ class BildviewerWindowTest : public QObject {
                                       "Morgennebel", "Seeufer",   "Talblick",    "Waldrand"};
         for (int i = 0; i < 12; ++i)
             savePhoto(pictures_.filePath(QString::fromUtf8(places[i]) + ".jpg"), i);
+        for (const char* sub : {"Familie", "Scans", "Urlaub"}) QDir(pictures_.path()).mkdir(sub);
         test::ScriptedPrompter prompter;
         const std::pair<const char*, const char*> modes[] = {{"mnuDetails", "details"},
                                                              {"mnuListe", "liste"},
@@ -762,6 +766,10 @@ class BildviewerWindowTest : public QObject {
             QVERIFY(QTest::qWaitForWindowExposed(&w));
             QTRY_COMPARE_WITH_TIMEOUT(w.thumbnailsShown(), 12, 60000);
             select(w, {QString::fromUtf8("Fjord.jpg")});
+            // The tree starts at the pictures' folder, not at the test machine's root.
+            auto* tree = w.findChild<QTreeView*>("dirTree");
+            auto* dirs = qobject_cast<QFileSystemModel*>(tree->model());
+            tree->setRootIndex(dirs->index(pictures_.path()));
             for (const auto& [action, name] : modes) {
                 w.findChild<QAction*>(action)->trigger();
                 if (std::string(action) == "mnuBildansicht")
@@ -771,6 +779,18 @@ class BildviewerWindowTest : public QObject {
                     out + "/explorer_" + name + (lang == Language::German ? "_de" : "_en") + ".png";
                 QVERIFY(w.grab().save(file));
             }
+            const QString suffix = lang == Language::German ? "_de.png" : "_en.png";
+            explorer::FrmUmbenennenMulti rename(lang);
+            rename.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&rename));
+            QVERIFY(rename.grab().save(out + "/rename_many" + suffix));
+            explorer::FrmVollbildViewer full({pictures_.filePath("Fjord.jpg").toStdString()}, 0, lang);
+            full.resize(1200, 800);
+            full.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&full));
+            QTRY_VERIFY_WITH_TIMEOUT(!full.picture().isNull(), 20000);
+            QTest::qWait(200);
+            QVERIFY(full.grab().save(out + "/full_view" + suffix));
         }
     }
 };

@@ -182,12 +182,12 @@ class ScanWindowTest : public QObject {
         QCOMPARE(d->windowTitle(), QString("Picture from the scanner"));
     }
 
-    // Saves the dialog in both languages into $BRINDLESEE_SHOTS (or the
+    // Saves the dialog in both languages into $BRINDLESEE_SCREENSHOTS (or the
     // temporary home) to be looked at.
     void screenshots() {
         configure("test\n", "number_of_devices 2\n");
-        const QString out = qEnvironmentVariableIsSet("BRINDLESEE_SHOTS")
-                                ? qEnvironmentVariable("BRINDLESEE_SHOTS")
+        const QString out = qEnvironmentVariableIsSet("BRINDLESEE_SCREENSHOTS")
+                                ? qEnvironmentVariable("BRINDLESEE_SCREENSHOTS")
                                 : QString::fromStdString(home_);
         for (Language lang : {Language::German, Language::English}) {
             auto d = openDialog(home_ + "scan.jpg", lang);

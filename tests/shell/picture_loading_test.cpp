@@ -315,6 +315,8 @@ private slots:
         window_->grab().save(QString(out) + "/page-loading-en.png");
         gate.open();
         waitForPictures();
+        QTest::qWait(100);
+        window_->grab().save(QString(out) + "/page-loaded-en.png");
     }
 
 private:

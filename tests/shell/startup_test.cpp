@@ -156,10 +156,12 @@ TEST_F(StartupTest, SeedingCopiesResourcesButKeepsTheUsersFiles) {
     const std::string res = path("res/");
     touch("res/Album.vor");
     touch("res/Menü/mtmcode.js");
+    touch("res/help/de/index.html");
     writeBytes("prog/Album.vor", "mine");
     ASSERT_TRUE(seedProgramDirectory(path("prog/"), res));
     EXPECT_EQ(readBytes("prog/Album.vor"), "mine");
     EXPECT_TRUE(dateiVorhanden(path("prog/Menü/mtmcode.js")));
+    EXPECT_FALSE(fs::exists(path("prog/help")));
     EXPECT_TRUE(fs::is_directory(path("prog/Temp")));
     EXPECT_EQ(resolveProgramDirectory(), home());
 }
