@@ -270,8 +270,8 @@ std::string fileInfoText(const FileEntry& entry, Language language) {
     out += "\n";
     out += "Name: " + entry.name + "\n";
     if (entry.sizeKnown())
-        out += std::string(de ? "Bildgröße: " : "Picture size: ") + std::to_string(entry.width) + "  x " +
-               std::to_string(entry.height) + " Pixel\n";
+        out += de ? "Bildgröße: " + std::to_string(entry.width) + "  x " + std::to_string(entry.height) + " Pixel\n"
+                  : "Picture size: " + std::to_string(entry.width) + " x " + std::to_string(entry.height) + " pixels\n";
     out += std::string(de ? "Dateigröße: " : "File size: ") + std::to_string(entry.size) + (de ? " Byte\n" : " bytes\n");
     out += std::string(de ? "Dateidatum: " : "File date: ") + fileDateText(entry.modifiedSeconds, language);
     return out;

@@ -55,7 +55,10 @@ void MakePanoWindow::stopRun() {
     if (worker_.joinable()) worker_.join();
 }
 
-void MakePanoWindow::showStatus(const std::string& text) { lblStatus_->setText(QString::fromStdString(text)); }
+// The import's closing status is the core's German word; an English window says it in English.
+void MakePanoWindow::showStatus(const std::string& text) {
+    lblStatus_->setText(text == "Fertig" ? t("Fertig", "Done") : QString::fromStdString(text));
+}
 
 void MakePanoWindow::showFailure(const std::string& message) {
     progressBar1_->setValue(0);
@@ -115,7 +118,7 @@ void MakePanoWindow::startComposition() {
                                                            return !callbacks.cancelled();
                                                        });
             message = r.message;
-            if (r.ok && callbacks.status) callbacks.status("Fertig");
+            if (r.ok && callbacks.status) callbacks.status(brindle::tr(lang, "Fertig", "Done"));
             return r.ok;
         },
         [this, built](bool ok, const std::string& message) {
