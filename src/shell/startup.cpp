@@ -7,10 +7,6 @@
 #include "album/options_file.h"
 #include "album/paths.h"
 
-#ifndef BRINDLESEE_RESOURCE_DIR
-#define BRINDLESEE_RESOURCE_DIR ""
-#endif
-
 namespace brindle {
 
 namespace fs = std::filesystem;
@@ -23,17 +19,30 @@ std::string resolveProgramDirectory() {
     return withTrailingSeparator(std::string(user ? user : ".") + "/.local/share/brindlesee");
 }
 
+namespace {
+
+bool holdsResources(const fs::path& dir) {
+    std::error_code ec;
+    return fs::exists(dir / "Album.vor", ec) || fs::is_directory(dir / "Menü", ec);
+}
+
+}  // namespace
+
+std::string resourceDirectoryBeside(const std::string& executable) {
+    const fs::path bin = fs::path(executable).parent_path();
+    // Installed: bin/../share/brindlesee. In the build tree every program,
+    // test and benchmark sits two folders below the build folder.
+    for (const fs::path& dir : {bin.parent_path() / "share" / "brindlesee",
+                                bin.parent_path().parent_path() / "resources" / "install"})
+        if (holdsResources(dir)) return withTrailingSeparator(dir.lexically_normal().string());
+    return {};
+}
+
 std::string installedResourceDirectory() {
     if (const char* res = std::getenv("BRINDLESEE_RESOURCES"); res && *res) return withTrailingSeparator(res);
-    // An installed program finds its files in ../share/brindlesee beside bin/.
     std::error_code ec;
-    fs::path exe = fs::read_symlink("/proc/self/exe", ec);
-    if (!ec) {
-        fs::path shared = exe.parent_path().parent_path() / "share" / "brindlesee";
-        if (fs::is_directory(shared / "Menü", ec) || fs::exists(shared / "Album.vor", ec))
-            return withTrailingSeparator(shared.string());
-    }
-    return withTrailingSeparator(BRINDLESEE_RESOURCE_DIR);
+    const fs::path exe = fs::read_symlink("/proc/self/exe", ec);
+    return ec ? std::string{} : resourceDirectoryBeside(exe.string());
 }
 
 bool seedProgramDirectory(const std::string& programDirectory, const std::string& resourceDirectory) {

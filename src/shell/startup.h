@@ -13,8 +13,13 @@ namespace brindle {
 // $BRINDLESEE_HOME, else $XDG_DATA_HOME/brindlesee/, else
 // ~/.local/share/brindlesee/; always ending in '/'.
 std::string resolveProgramDirectory();
-// Where the installed resources are: $BRINDLESEE_RESOURCES or the build's folder.
+// Where the installed resources are: $BRINDLESEE_RESOURCES, else found
+// from this executable's place (see resourceDirectoryBeside); "" when none.
 std::string installedResourceDirectory();
+// The resources of a program at `executable`: <bin>/../share/brindlesee when
+// installed, <bin>/../../resources/install in the build tree; "" when neither
+// holds them. Nothing of the build's path is compiled in.
+std::string resourceDirectoryBeside(const std::string& executable);
 // Creates the program directory and copies every installed file it lacks.
 bool seedProgramDirectory(const std::string& programDirectory, const std::string& resourceDirectory);
 

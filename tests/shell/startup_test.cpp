@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "album/options_dialog.h"
@@ -162,6 +163,27 @@ TEST_F(StartupTest, SeedingCopiesResourcesButKeepsTheUsersFiles) {
     EXPECT_TRUE(dateiVorhanden(path("prog/Menü/mtmcode.js")));
     EXPECT_TRUE(fs::is_directory(path("prog/Temp")));
     EXPECT_EQ(resolveProgramDirectory(), home());
+}
+
+TEST_F(StartupTest, ResourcesAreFoundFromTheProgramsOwnPlace) {
+    // Installed: bin/ beside share/brindlesee.
+    touch("usr/bin/brindlesee");
+    touch("usr/share/brindlesee/Album.vor");
+    EXPECT_EQ(resourceDirectoryBeside(path("usr/bin/brindlesee")), path("usr/share/brindlesee/"));
+    // The build tree: programs, tests and benchmarks two folders down.
+    touch("build/resources/install/Menü/mtmcode.js");
+    EXPECT_EQ(resourceDirectoryBeside(path("build/src/shell/brindlesee")), path("build/resources/install/"));
+    EXPECT_EQ(resourceDirectoryBeside(path("build/tests/shell/shell_tests")), path("build/resources/install/"));
+    // An empty share folder does not count, and nothing found is "", never "/".
+    touch("opt/bin/brindlesee");
+    fs::create_directories(path("opt/share/brindlesee"));
+    EXPECT_EQ(resourceDirectoryBeside(path("opt/bin/brindlesee")), "");
+
+    ::setenv("BRINDLESEE_RESOURCES", path("anders").c_str(), 1);
+    EXPECT_EQ(installedResourceDirectory(), path("anders/"));
+    ::unsetenv("BRINDLESEE_RESOURCES");
+    // This test program itself lives in the build tree.
+    EXPECT_TRUE(dateiVorhanden(installedResourceDirectory() + "Album.vor"));
 }
 
 }  // namespace
