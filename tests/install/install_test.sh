@@ -75,6 +75,8 @@ check_cli() {
   cmp "$usr/share/brindlesee/suchscr.js" "$BRINDLESEE_HOME/suchscr.js" || fail "program directory not seeded"
   [[ -f $scratch/html/menu-images/menu_tee.gif ]] || fail "menu pictures missing from the HTML album"
   ls "$scratch/html"/*.htm >/dev/null || fail "no pages generated"
+  # The pictures are found beside the moved album, not at a recorded path.
+  ls "$scratch/html" | grep -qi "abendrot.*\.jpg$" || fail "the pictures of the album are missing: $(ls "$scratch/html")"
 }
 
 check_gui() {
