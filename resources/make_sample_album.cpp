@@ -256,12 +256,15 @@ TextElement caption(int top, int left, int width, const std::string& words, Colo
 }
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: make_sample_album OUTDIR\n");
+    if (argc != 2 && argc != 3) {
+        std::fprintf(stderr, "usage: make_sample_album OUTDIR [RECORDED_DIR]\n");
         return 2;
     }
-    const std::string dir = std::string(argv[1]) + "/";
-    std::filesystem::create_directories(dir);
+    // The files go to OUTDIR; the album names its files in RECORDED_DIR, the
+    // folder it will be installed to, so that no build path is shipped.
+    const std::string out = std::string(argv[1]) + "/";
+    const std::string dir = argc == 3 ? std::string(argv[2]) + "/" : out;
+    std::filesystem::create_directories(out);
     struct Photo {
         const char* name;
         int w, h;
@@ -275,8 +278,8 @@ int main(int argc, char** argv) {
         {"Rundblick.jpg", 2400, 600, {QColor(0x98, 0xC8, 0xF0), QColor(0x5A, 0x7A, 0x4A), 0.3, 5, false, 1850}},
     };
     for (const Photo& ph : photos)
-        if (!save(landscape(ph.w, ph.h, ph.scene), dir + ph.name)) return 1;
-    if (!save(coverBackground(1600, 1200), dir + "Einband.jpg")) return 1;
+        if (!save(landscape(ph.w, ph.h, ph.scene), out + ph.name)) return 1;
+    if (!save(coverBackground(1600, 1200), out + "Einband.jpg")) return 1;
 
     AlbumRecord album;
     ladeStandards(album, "");
@@ -298,7 +301,7 @@ int main(int argc, char** argv) {
         e.fileName = title + ".apg";
         e.directory = dir;
         ++album.pageCount;
-        FileResult r = writePageFile(dir + e.fileName, page);
+        FileResult r = writePageFile(out + e.fileName, page);
         if (!r.ok()) std::fprintf(stderr, "%s\n", r.detail.c_str());
         return r.ok();
     };
@@ -411,7 +414,7 @@ int main(int argc, char** argv) {
         !addPage("Rundblick", pano) || !addPage("Umschlag Hinten", back))
         return 1;
     prepareAlbumSave(album, dir + "Beispielalbum.apr");
-    FileResult r = writeAlbumFile(dir + "Beispielalbum.apr", album);
+    FileResult r = writeAlbumFile(out + "Beispielalbum.apr", album);
     if (!r.ok()) return std::fprintf(stderr, "%s\n", r.detail.c_str()), 1;
     return 0;
 }

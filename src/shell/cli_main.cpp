@@ -5,6 +5,10 @@
 
 #include "shell/cli_commands.h"
 
+#ifndef BRINDLESEE_VERSION
+#define BRINDLESEE_VERSION "0"
+#endif
+
 namespace {
 
 struct Command {
@@ -68,7 +72,7 @@ const std::map<std::string, Command>& commands() {
 }
 
 void printHelp() {
-    std::cout << "usage: brindlesee-cli COMMAND [ARGS]\n\ncommands:\n";
+    std::cout << "usage: brindlesee-cli COMMAND [ARGS] | --version\n\ncommands:\n";
     for (const auto& [name, cmd] : commands()) std::cout << "  " << cmd.usage << "\n";
 }
 
@@ -78,6 +82,10 @@ int main(int argc, char** argv) {
     if (argc < 2 || !std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "-h")) {
         printHelp();
         return argc < 2 ? 1 : 0;
+    }
+    if (!std::strcmp(argv[1], "--version")) {
+        std::cout << "brindlesee-cli " << BRINDLESEE_VERSION << "\n";
+        return 0;
     }
     auto it = commands().find(argv[1]);
     if (it == commands().end()) return brindle::cli::fail(std::string("unknown command: ") + argv[1]);

@@ -8,6 +8,7 @@
 #include "album/diagnose.h"
 #include "album/options_file.h"
 #include "explorer/explorer_options.h"
+#include "shell/app_icon.h"
 #include "shell/explorer_launch.h"
 #include "shell/main_window.h"
 #include "shell/qt_prompter.h"
@@ -75,10 +76,16 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Brindlesee");
     QApplication::setOrganizationName("Brindlesee");
     QApplication::setApplicationVersion(BRINDLESEE_VERSION);
+    QApplication::setDesktopFileName(shell::kApplicationId);
     shell::applyLook();
+    // Files named relative to where we were started, before the main window
+    // moves into the program directory.
+    args = absoluteFileArguments(args);
 
     const std::string prog = resolveProgramDirectory();
-    seedProgramDirectory(prog, installedResourceDirectory());
+    const std::string resources = installedResourceDirectory();
+    QApplication::setWindowIcon(shell::applicationIcon(resources));
+    seedProgramDirectory(prog, resources);
     shell::QtSettingsStore settings;
     shell::MainWindow* window = nullptr;
     Language language = Language::German;

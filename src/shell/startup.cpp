@@ -7,10 +7,6 @@
 #include "album/options_file.h"
 #include "album/paths.h"
 
-#ifndef BRINDLESEE_RESOURCE_DIR
-#define BRINDLESEE_RESOURCE_DIR ""
-#endif
-
 namespace brindle {
 
 namespace fs = std::filesystem;
@@ -23,17 +19,30 @@ std::string resolveProgramDirectory() {
     return withTrailingSeparator(std::string(user ? user : ".") + "/.local/share/brindlesee");
 }
 
+namespace {
+
+bool holdsResources(const fs::path& dir) {
+    std::error_code ec;
+    return fs::exists(dir / "Album.vor", ec) || fs::is_directory(dir / "Menü", ec);
+}
+
+}  // namespace
+
+std::string resourceDirectoryBeside(const std::string& executable) {
+    const fs::path bin = fs::path(executable).parent_path();
+    // Installed: bin/../share/brindlesee. In the build tree every program,
+    // test and benchmark sits two folders below the build folder.
+    for (const fs::path& dir : {bin.parent_path() / "share" / "brindlesee",
+                                bin.parent_path().parent_path() / "resources" / "install"})
+        if (holdsResources(dir)) return withTrailingSeparator(dir.lexically_normal().string());
+    return {};
+}
+
 std::string installedResourceDirectory() {
     if (const char* res = std::getenv("BRINDLESEE_RESOURCES"); res && *res) return withTrailingSeparator(res);
-    // An installed program finds its files in ../share/brindlesee beside bin/.
     std::error_code ec;
-    fs::path exe = fs::read_symlink("/proc/self/exe", ec);
-    if (!ec) {
-        fs::path shared = exe.parent_path().parent_path() / "share" / "brindlesee";
-        if (fs::is_directory(shared / "Menü", ec) || fs::exists(shared / "Album.vor", ec))
-            return withTrailingSeparator(shared.string());
-    }
-    return withTrailingSeparator(BRINDLESEE_RESOURCE_DIR);
+    const fs::path exe = fs::read_symlink("/proc/self/exe", ec);
+    return ec ? std::string{} : resourceDirectoryBeside(exe.string());
 }
 
 bool seedProgramDirectory(const std::string& programDirectory, const std::string& resourceDirectory) {
@@ -156,6 +165,33 @@ StartDecision decideStart(const std::vector<std::string>& args, Prompter& prompt
     return d;
 }
 
+std::vector<std::string> albumFilesToOpen(const std::vector<std::string>& args) {
+    auto trimmed = [](const std::string& a) {
+        const std::size_t first = a.find_first_not_of(' '), last = a.find_last_not_of(' ');
+        return first == std::string::npos ? std::string{} : a.substr(first, last - first + 1);
+    };
+    // One path split at its blanks by whoever started us still names the file.
+    const std::string line = trimmed(args.size() == 1 ? args[0] : commandLineFromArgs(args));
+    if (line.empty()) return {};
+    if (dateiVorhanden(line)) return {line};
+    std::vector<std::string> albums, pages;
+    for (const std::string& a : args) {
+        const std::string file = trimmed(a);
+        if (!dateiVorhanden(file)) continue;
+        if (endsWithNoCase(file, ".apr")) albums.push_back(file);
+        if (endsWithNoCase(file, ".apg")) pages.push_back(file);
+    }
+    if (!albums.empty()) return {albums.front()};
+    return pages;
+}
+
+std::vector<std::string> absoluteFileArguments(std::vector<std::string> args) {
+    std::error_code ec;
+    for (std::string& a : args)
+        if (switchMode(a).empty() && !a.empty() && fs::exists(a, ec)) a = fs::absolute(a, ec).lexically_normal().string();
+    return args;
+}
+
 void startAlbumApplication(Session& session, const std::vector<std::string>& args) {
     SessionState& s = session.state();
     std::error_code ec;
@@ -166,26 +202,23 @@ void startAlbumApplication(Session& session, const std::vector<std::string>& arg
     s.pictureDirectory = s.options.pictureDirectory;
     s.lastAlbumPath = s.options.lastAlbumPath;
 
-    std::string line = args.size() == 1 ? args[0] : commandLineFromArgs(args);
-    const std::size_t first = line.find_first_not_of(' '), last = line.find_last_not_of(' ');
-    line = first == std::string::npos ? std::string{} : line.substr(first, last - first + 1);
     const auto& log = session.log();
-    if (!line.empty() && dateiVorhanden(line)) {
-        const std::string ending = asciiLower(line.size() >= 3 ? line.substr(line.size() - 3) : line);
-        if (ending == "apr") {
-            logLine(log, "MDILoad case apr Command=" + line);
-            session.AlbumNeu();
-            session.albumOeffnen(line);
-        } else if (ending == "apg") {
-            logLine(log, "MDILoad case apg Command=" + line);
-            session.AlbumNeu();
-            session.SeiteOeffnen(0, line, false);
-        } else {
-            logLine(log, "MDILoad case else");
-            session.AlbumNeu();
+    const std::vector<std::string> files = albumFilesToOpen(args);
+    if (files.empty()) {
+        logLine(log, "MDILoad Command=\" -> Album Neu");
+        session.AlbumNeu();
+    } else if (endsWithNoCase(files.front(), ".apr")) {
+        logLine(log, "MDILoad case apr Command=" + files.front());
+        session.AlbumNeu();
+        session.albumOeffnen(files.front());
+    } else if (endsWithNoCase(files.front(), ".apg")) {
+        session.AlbumNeu();
+        for (const std::string& page : files) {
+            logLine(log, "MDILoad case apg Command=" + page);
+            session.SeiteOeffnen(0, page, false);
         }
     } else {
-        logLine(log, "MDILoad Command=\" -> Album Neu");
+        logLine(log, "MDILoad case else");
         session.AlbumNeu();
     }
     session.ladeZuletzt();

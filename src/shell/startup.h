@@ -13,8 +13,13 @@ namespace brindle {
 // $BRINDLESEE_HOME, else $XDG_DATA_HOME/brindlesee/, else
 // ~/.local/share/brindlesee/; always ending in '/'.
 std::string resolveProgramDirectory();
-// Where the installed resources are: $BRINDLESEE_RESOURCES or the build's folder.
+// Where the installed resources are: $BRINDLESEE_RESOURCES, else found
+// from this executable's place (see resourceDirectoryBeside); "" when none.
 std::string installedResourceDirectory();
+// The resources of a program at `executable`: <bin>/../share/brindlesee when
+// installed, <bin>/../../resources/install in the build tree; "" when neither
+// holds them. Nothing of the build's path is compiled in.
+std::string resourceDirectoryBeside(const std::string& executable);
 // Creates the program directory and copies every installed file it lacks.
 bool seedProgramDirectory(const std::string& programDirectory, const std::string& resourceDirectory);
 
@@ -41,8 +46,17 @@ struct StartDecision {
 // as paths here begin with '/'.
 StartDecision decideStart(const std::vector<std::string>& args, Prompter& prompter, Language lang);
 
+// What the main window opens of its arguments: the one file they name as a
+// whole line, else the first album among them, else every page among them
+// (a file manager hands over all files selected); empty for a new album.
+std::vector<std::string> albumFilesToOpen(const std::vector<std::string>& args);
+// Arguments naming existing files or folders made absolute, since the main
+// window changes the working directory to the program directory.
+std::vector<std::string> absoluteFileArguments(std::vector<std::string> args);
+
 // The main window's load from "Komando auswerten": the album or page named
-// by the command line, else a new album. Creates "Temp" when missing.
+// by the command line (see albumFilesToOpen), else a new album. Creates
+// "Temp" when missing.
 void startAlbumApplication(Session& session, const std::vector<std::string>& args);
 
 // At the end: "Temp/*.tmp" removed, the options written to "optionen".

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "album/options_dialog.h"
@@ -87,6 +88,37 @@ TEST_F(StartupTest, APageOnTheCommandLineGivesANewAlbumWithTwoPages) {
     EXPECT_FALSE(dateiVorhanden(path("Brindt.txt")));  // no test mode, no log
 }
 
+TEST_F(StartupTest, SeveralFilesFromAFileManagerOpenTheAlbumOrEveryPage) {
+    AlbumRecord a;
+    ladeStandards(a, home());
+    PageRecord p = a.pageDefaults;
+    ASSERT_TRUE(writePageFile(path("Erste.apg"), p).ok());
+    ASSERT_TRUE(writePageFile(path("Zweite Seite.apg"), p).ok());
+    touch("Reise.apr");
+    touch("Bild.jpg");
+    using V = std::vector<std::string>;
+    EXPECT_EQ(albumFilesToOpen({path("Bild.jpg"), path("Reise.apr"), path("Erste.apg")}), V{path("Reise.apr")});
+    EXPECT_EQ(albumFilesToOpen({path("Erste.apg"), path("fehlt.apg"), path("Zweite Seite.apg")}),
+              (V{path("Erste.apg"), path("Zweite Seite.apg")}));
+    // A path split at its blank is still the one file.
+    EXPECT_EQ(albumFilesToOpen({path("Zweite"), "Seite.apg"}), V{path("Zweite Seite.apg")});
+    EXPECT_EQ(albumFilesToOpen({path("Bild.jpg")}), V{path("Bild.jpg")});
+    EXPECT_EQ(albumFilesToOpen({}), V{});
+
+    IniSettingsStore settings(path("settings.ini"));
+    Session s(home(), prompter, settings, editors, diagnoseSink(home()));
+    startAlbumApplication(s, {path("Erste.apg"), path("Zweite Seite.apg")});
+    ASSERT_EQ(s.album().pageCount, 3);
+    EXPECT_EQ(s.album().pages[2].fileName, "Erste.apg");
+    EXPECT_EQ(s.album().pages[3].fileName, "Zweite Seite.apg");
+
+    const fs::path before = fs::current_path();
+    fs::current_path(home());
+    const V made = absoluteFileArguments({"/r", "Bild.jpg", "fehlt.jpg"});
+    fs::current_path(before);
+    EXPECT_EQ(made, (V{"/r", path("Bild.jpg"), "fehlt.jpg"}));
+}
+
 TEST_F(StartupTest, TheLogIsWrittenOnlyInTestMode) {
     touch("testmodus.txt");
     IniSettingsStore settings(path("settings.ini"));
@@ -164,6 +196,27 @@ TEST_F(StartupTest, SeedingCopiesResourcesButKeepsTheUsersFiles) {
     EXPECT_FALSE(fs::exists(path("prog/help")));
     EXPECT_TRUE(fs::is_directory(path("prog/Temp")));
     EXPECT_EQ(resolveProgramDirectory(), home());
+}
+
+TEST_F(StartupTest, ResourcesAreFoundFromTheProgramsOwnPlace) {
+    // Installed: bin/ beside share/brindlesee.
+    touch("usr/bin/brindlesee");
+    touch("usr/share/brindlesee/Album.vor");
+    EXPECT_EQ(resourceDirectoryBeside(path("usr/bin/brindlesee")), path("usr/share/brindlesee/"));
+    // The build tree: programs, tests and benchmarks two folders down.
+    touch("build/resources/install/Menü/mtmcode.js");
+    EXPECT_EQ(resourceDirectoryBeside(path("build/src/shell/brindlesee")), path("build/resources/install/"));
+    EXPECT_EQ(resourceDirectoryBeside(path("build/tests/shell/shell_tests")), path("build/resources/install/"));
+    // An empty share folder does not count, and nothing found is "", never "/".
+    touch("opt/bin/brindlesee");
+    fs::create_directories(path("opt/share/brindlesee"));
+    EXPECT_EQ(resourceDirectoryBeside(path("opt/bin/brindlesee")), "");
+
+    ::setenv("BRINDLESEE_RESOURCES", path("anders").c_str(), 1);
+    EXPECT_EQ(installedResourceDirectory(), path("anders/"));
+    ::unsetenv("BRINDLESEE_RESOURCES");
+    // This test program itself lives in the build tree.
+    EXPECT_TRUE(dateiVorhanden(installedResourceDirectory() + "Album.vor"));
 }
 
 }  // namespace
