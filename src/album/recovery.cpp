@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <charconv>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 
 #include "album/file_io.h"
@@ -27,8 +28,10 @@ constexpr std::size_t kMaxMarkerBytes = 256;
 
 // Field 22 of /proc/<pid>/stat; 0 when the process is gone or /proc is missing.
 std::uint64_t processStartTicks(long pid) {
+    // /proc files report no size, so they are read as a stream of at most one line.
+    std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
     std::string stat;
-    if (!readWholeFile("/proc/" + std::to_string(pid) + "/stat", stat, 4096).ok) return 0;
+    if (!std::getline(in, stat) || stat.size() > 4096) return 0;
     // The command name in parentheses may hold blanks: count from its end.
     const std::size_t close = stat.rfind(')');
     if (close == std::string::npos) return 0;

@@ -158,8 +158,9 @@ int offerRecovery(Session& session, PageCheckpoints& checkpoints) {
     // One album at a time: the newest one's pages now, another's at the next start.
     std::vector<Checkpoint> chosen;
     std::set<std::string> keep, taken;
+    const std::string newest = crashed.checkpoints.empty() ? std::string{} : crashed.checkpoints.front().info.albumPath;
     for (Checkpoint& c : crashed.checkpoints) {
-        if (c.info.albumPath == crashed.checkpoints.front().info.albumPath) {
+        if (c.info.albumPath == newest) {
             taken.insert(c.runDirectory);
             chosen.push_back(std::move(c));
         } else {
