@@ -57,6 +57,7 @@ void Session::unloadEditor(int slot) {
 
 void Session::seiteGeschlossen(int slot) {
     if (slot < 1 || slot > s_.pageSlots.upper()) return;
+    if (hooks_.pageClosed) hooks_.pageClosed(slot);
     s_.pageEditors[static_cast<std::size_t>(slot)].reset();
     s_.pageSlots[slot].free = kTrue;
     s_.pageSlots[slot].modified = kFalse;
@@ -494,6 +495,7 @@ bool Session::schreibeSeite(const std::string& path, int slot) {
         prompter_.message(fileMessage(r, s_.language), kIconCritical, msgTitleError());
         return false;
     }
+    if (hooks_.pageSaved) hooks_.pageSaved(slot);
     return true;
 }
 

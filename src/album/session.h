@@ -23,6 +23,11 @@ struct SessionHooks {
     std::function<void(const std::vector<std::string>&)> rebuildRecentMenu;
     std::function<void(const std::string& albumDirectory)> writeSearchDatabase;
     std::function<void()> closeSplash;
+    // Crash recovery: a page's undo ring recorded, undid or redid a step;
+    // a page was written to its file; a page's window closed.
+    std::function<void(int slot)> pageStepRecorded;
+    std::function<void(int slot)> pageSaved;
+    std::function<void(int slot)> pageClosed;
 };
 
 inline constexpr const char* kSettingsApp = "Brindlesee";
@@ -38,6 +43,9 @@ public:
     const SessionState& state() const { return s_; }
     AlbumRecord& album() { return s_.album; }
     SessionHooks& hooks() { return hooks_; }
+    void notePageStep(int slot) {
+        if (hooks_.pageStepRecorded) hooks_.pageStepRecorded(slot);
+    }
     Language language() const { return s_.language; }
     const LogSink& log() const { return log_; }
     Prompter& prompter() { return prompter_; }

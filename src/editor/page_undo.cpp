@@ -25,6 +25,7 @@ void PageDocument::NeuUndo(const std::string& label, Kind kind, int index) {
     undo_.art[slot] = kindName(kind);
     undo_.aktion[slot] = label;
     undo_.index[slot] = static_cast<std::int16_t>(index);
+    session_.notePageStep(slot_);  // the page's crash-recovery checkpoint follows every step
     if (!hasRecord(page(), {kind, index})) return;
     std::string error;
     const bool ok = withKindArrays(kind, [&](auto& array, auto& before) {
@@ -115,6 +116,7 @@ void PageDocument::MachUndo() {
         return;
     }
     undo_.stepBack();
+    session_.notePageStep(slot_);
     refitExtent();  // an element taken back may have been what made the page large
     ToolUndoRedo();
     if (hooks_.geometryChanged) hooks_.geometryChanged();
@@ -133,6 +135,7 @@ void PageDocument::MachRedo() {
             std::string(t("Fehler beim bearbeiten vom UNDO: ", "Error while processing the UNDO: ")) + "\r" + error,
             kIconCritical, t("Fehler", "Error"));
     }
+    session_.notePageStep(slot_);
     refitExtent();  // an element taken back may have been what made the page large
     ToolUndoRedo();
     if (hooks_.geometryChanged) hooks_.geometryChanged();

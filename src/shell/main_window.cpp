@@ -68,6 +68,7 @@ MainWindow::MainWindow(std::string programDirectory, Prompter& prompter, Setting
 MainWindow::~MainWindow() {
     // Children still send signals while QWidget takes them down; nothing here listens any more.
     for (QObject* child : findChildren<QObject*>()) disconnect(child, nullptr, this, nullptr);
+    releaseRecovery();
     unloadAll();
     session_.reset();
 }

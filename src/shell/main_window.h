@@ -5,10 +5,12 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
 
+#include "album/recovery_flow.h"
 #include "album/session.h"
 #include "editor/frm_notepad.h"
 #include "editor/notepad_host.h"
@@ -56,6 +58,10 @@ public:
     void openTemplatePage(bool cover);
     // Closes every page window without questions (end of the program).
     void unloadAll();
+    // Crash recovery: this run's checkpoints (null before the load).
+    PageCheckpoints* checkpoints() const { return checkpoints_.get(); }
+    // Writes the checkpoints of the pages changed since the last write.
+    void flushCheckpoints();
 
     // NotePadHost
     QString insertMode() const override;
@@ -111,6 +117,11 @@ private:
     void showOptions();
     void showAbout();
     void playModeChanged();
+    // Starts this run's checkpoints and offers what a crashed run left.
+    void startRecovery();
+    void endRecovery();
+    // A window destroyed without its normal end keeps its checkpoints.
+    void releaseRecovery();
     const char* t(const char* de, const char* en) const { return brindle::tr(session_->language(), de, en); }
 
     Prompter& prompter_;
@@ -133,6 +144,8 @@ private:
     QPointer<QMdiSubWindow> lastActive_;
     QPointer<CatalogueWindow> catalogue_;
     bool updatingFormat_ = false;
+    std::unique_ptr<PageCheckpoints> checkpoints_;
+    std::atomic<bool> flushQueued_{false};
 };
 
 }  // namespace brindle::shell

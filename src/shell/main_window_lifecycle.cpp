@@ -50,6 +50,7 @@ void MainWindow::MDIForm_Load(const std::vector<std::string>& args,
     s.language = languageFromName(s.options.language.empty() ? "deutsch" : s.options.language);
     Sprachumschaltung();
     startAlbumApplication(*session_, args);
+    startRecovery();
     step("Recent Files ...");
     step("Find Direction ...");
     step("Aktivate Language ...");
@@ -73,6 +74,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
     for (FrmNotePad* pad : notePads()) pad->copyTemplateBack();
     unloadAll();
+    endRecovery();
     finishSession(*session_);
     event->accept();
 }

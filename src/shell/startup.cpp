@@ -6,6 +6,7 @@
 #include "album/file_io.h"
 #include "album/options_file.h"
 #include "album/paths.h"
+#include "album/recovery.h"
 
 namespace brindle {
 
@@ -226,9 +227,8 @@ void startAlbumApplication(Session& session, const std::vector<std::string>& arg
 
 void finishSession(Session& session) {
     SessionState& s = session.state();
-    std::error_code ec;
-    for (auto& e : fs::directory_iterator(s.programDirectory + "Temp", ec))
-        if (e.path().extension() == ".tmp") fs::remove(e.path(), ec);
+    // Another program on the same folder still needs its undo snapshots.
+    removeSnapshotsIfAlone(s.programDirectory, {});
     s.options.language = languageName(s.language);
     s.options.lastAlbumDirectory = s.lastAlbumDirectory;
     s.options.pictureDirectory = s.pictureDirectory;
