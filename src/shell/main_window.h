@@ -69,6 +69,7 @@ public:
     bool playMode() const override;
     void followLink(editor::FrmNotePad* pad, const QString& link) override;
     void showProperties(editor::FrmNotePad* pad, std::optional<editor::ElementRef> ref) override;
+    void showHint(int number, const std::string& text) override;
     std::optional<std::vector<std::string>> searchAlbum(const std::string& words, bool matchCase) override;
     std::vector<editor::FrmNotePad*> notePads() const;
 
@@ -133,6 +134,7 @@ private:
     QPointer<QMdiSubWindow> lastActive_;
     QPointer<CatalogueWindow> catalogue_;
     bool updatingFormat_ = false;
+    bool hintShowing_ = false;  // several pictures of a page give one hint
 };
 
 }  // namespace brindle::shell
