@@ -110,7 +110,10 @@ bool HelpCenter::eventFilter(QObject* watched, QEvent* event) {
     // press itself arrives here.
     event->accept();
     if (event->type() == QEvent::KeyPress) {
-        QWidget* from = QApplication::focusWidget();
+        // A key press goes to the focus widget; one through a window handle
+        // names no widget.
+        QWidget* from = qobject_cast<QWidget*>(watched);
+        if (!from) from = QApplication::focusWidget();
         if (!from) from = QApplication::activeModalWidget();
         if (!from) from = QApplication::activeWindow();
         showHelpFor(from);
