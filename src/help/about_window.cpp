@@ -20,7 +20,8 @@ struct Library {
 constexpr Library kLibraries[] = {
     {"Qt", "Fenster, Druck und Wiedergabe", "windows, printing and playback"},
     {"libjpeg-turbo", "JPEG-Bilder", "JPEG pictures"},
-    {"FreeImage", "TIFF, PNG, PSD und weitere Bildformate", "TIFF, PNG, PSD and other picture formats"},
+    {"FreeImage", "TIFF, PNG, PSD und weitere Bildformate",
+     "TIFF, PNG, PSD and other picture formats"},
     {"libzip", "ZIP-Archive", "ZIP archives"},
     {"exiv2", "EXIF-Daten der Fotos", "EXIF data of photos"},
     {"FFmpeg", "Videos", "videos"},
@@ -36,7 +37,8 @@ AboutWindow::AboutWindow(Language language, const QPixmap& mark, QWidget* parent
     picLogo->setObjectName("picLogo");
     picLogo->setPixmap(mark);
     picLogo->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
-    auto* lblName = new QLabel("<span style='font-size:20pt; font-weight:600'>Brindlesee</span>", this);
+    auto* lblName =
+        new QLabel("<span style='font-size:20pt; font-weight:600'>Brindlesee</span>", this);
     lblName->setObjectName("lblName");
     lblVersion_ = new QLabel(this);
     lblVersion_->setObjectName("lblVersion");
@@ -82,18 +84,25 @@ void AboutWindow::setLanguage(Language language) {
 }
 
 void AboutWindow::Sprachumschaltung() {
-    const auto t = [this](const char* de, const char* en) { return QString::fromUtf8(brindle::tr(language_, de, en)); };
+    const auto t = [this](const char* de, const char* en) {
+        return QString::fromUtf8(brindle::tr(language_, de, en));
+    };
     setWindowTitle(t("Info", "About"));
     lblVersion_->setText(t("Version ", "Version ") + QApplication::applicationVersion());
-    lblBeschreibung_->setText(
-        t("Brindlesee gestaltet digitale Fotoalben: Bilder, Texte und Panoramen frei auf Seiten gelegt, "
-          "als HTML-Album veröffentlicht. Dazu Werkzeuge für Fotos: Explorer, Fotodesign, Rote Augen, "
-          "Größe ändern, Panorama, Drucken, Video und Scanner.",
-          "Brindlesee lays out digital photo albums: pictures, texts and panoramas placed freely on "
-          "pages, published as an HTML album. With tools for photos: explorer, photo design, red eye, "
-          "resizing, panorama, printing, video and scanner."));
-    QString list = "<p>" + t("Brindlesee baut auf diesen Bibliotheken auf:", "Brindlesee builds on these libraries:") +
-                   "</p><table cellspacing='2'>";
+    lblBeschreibung_->setText(t(
+        "Brindlesee gestaltet digitale Fotoalben: Bilder, Texte und Panoramen frei auf Seiten "
+        "gelegt, "
+        "als HTML-Album veröffentlicht. Dazu Werkzeuge für Fotos: Explorer, Fotodesign, Rote "
+        "Augen, "
+        "Größe ändern, Panorama, Drucken, Video und Scanner.",
+        "Brindlesee lays out digital photo albums: pictures, texts and panoramas placed freely on "
+        "pages, published as an HTML album. With tools for photos: explorer, photo design, red "
+        "eye, "
+        "resizing, panorama, printing, video and scanner."));
+    QString list =
+        "<p>" +
+        t("Brindlesee baut auf diesen Bibliotheken auf:", "Brindlesee builds on these libraries:") +
+        "</p><table cellspacing='2'>";
     for (const Library& lib : kLibraries)
         list += QString("<tr><td><b>%1</b>&nbsp;&nbsp;</td><td>%2</td></tr>")
                     .arg(lib.name, t(lib.german, lib.english));

@@ -14,7 +14,7 @@ namespace brindle::help {
 
 class AboutWindow : public QDialog {
     Q_OBJECT
-public:
+  public:
     // `mark` is the program's icon; the version is the application's.
     AboutWindow(Language language, const QPixmap& mark, QWidget* parent = nullptr);
 
@@ -24,7 +24,7 @@ public:
     QLabel* lblBibliotheken() const { return lblBibliotheken_; }
     QPushButton* cmdSchliessen() const { return cmdSchliessen_; }
 
-private:
+  private:
     void Sprachumschaltung();
 
     Language language_;

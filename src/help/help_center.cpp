@@ -16,7 +16,8 @@ HelpCenter*& current() {
 }
 
 bool isHelpKey(QEvent* event) {
-    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) return false;
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
+        return false;
     return static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1;
 }
 
@@ -41,7 +42,8 @@ HelpCenter* HelpCenter::installed() { return current(); }
 
 QString HelpCenter::pageIdFor(QWidget* widget) {
     for (QWidget* w = widget; w; w = w->parentWidget()) {
-        const std::string page = pageForWindow(w->metaObject()->className(), w->objectName().toStdString());
+        const std::string page =
+            pageForWindow(w->metaObject()->className(), w->objectName().toStdString());
         if (!page.empty()) return QString::fromStdString(page);
     }
     return kIndexPage;
@@ -89,7 +91,8 @@ void HelpCenter::releaseViewer() {
     const QRect where = viewer_->geometry();
     viewer_->setParent(nullptr, Qt::Window);
     // A modal dialog further down the stack takes the viewer in turn.
-    if (QWidget* modal = QApplication::activeModalWidget(); modal && modal != viewer_ && modal != leaving) {
+    if (QWidget* modal = QApplication::activeModalWidget();
+        modal && modal != viewer_ && modal != leaving) {
         viewer_->setParent(modal, Qt::Window);
         modalHost_ = modal;
         modal->installEventFilter(this);
@@ -101,7 +104,8 @@ void HelpCenter::releaseViewer() {
 }
 
 bool HelpCenter::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == modalHost_ && event->type() == QEvent::Hide && !static_cast<QWidget*>(watched)->isVisible()) {
+    if (watched == modalHost_ && event->type() == QEvent::Hide &&
+        !static_cast<QWidget*>(watched)->isVisible()) {
         releaseViewer();
         return false;
     }

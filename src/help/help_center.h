@@ -16,7 +16,7 @@ namespace brindle::help {
 
 class HelpCenter : public QObject {
     Q_OBJECT
-public:
+  public:
     // `language` is asked each time a page opens, so a switch at run time
     // counts at once.
     HelpCenter(QString helpRoot, std::function<Language()> language, QObject* parent = nullptr);
@@ -38,10 +38,10 @@ public:
     // The page that F1 in `widget` opens.
     static QString pageIdFor(QWidget* widget);
 
-protected:
+  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-private:
+  private:
     void placeViewer();
     void releaseViewer();
 

@@ -30,11 +30,20 @@ std::string escaped(const std::string& text) {
     std::string out;
     for (char c : text) {
         switch (c) {
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '&': out += "&amp;"; break;
-            case '"': out += "&quot;"; break;
-            default: out += c;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '&':
+                out += "&amp;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            default:
+                out += c;
         }
     }
     return out;
@@ -98,8 +107,8 @@ std::string helpPageFile(const std::string& root, const std::string& id, Languag
 
 std::string missingPageHtml(const std::string& id, Language lang) {
     const bool de = lang == Language::German;
-    return std::string("<html><body><h2>") + (de ? "Hilfeseite fehlt" : "Help page missing") + "</h2><p>" +
-           (de ? "Die Hilfeseite „" : "The help page \"") + escaped(id) +
+    return std::string("<html><body><h2>") + (de ? "Hilfeseite fehlt" : "Help page missing") +
+           "</h2><p>" + (de ? "Die Hilfeseite „" : "The help page \"") + escaped(id) +
            (de ? "“ ist nicht installiert." : "\" is not installed.") + "</p><p>" +
            (de ? "Bitte installieren Sie Brindlesee erneut, um die Hilfe zu vervollständigen."
                : "Please install Brindlesee again to complete the help.") +
@@ -108,8 +117,10 @@ std::string missingPageHtml(const std::string& id, Language lang) {
 
 bool isExternalAddress(std::string_view url) {
     std::string lower(url.substr(0, 8));
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](unsigned char c) { return char(std::tolower(c)); });
-    return lower.starts_with("http://") || lower.starts_with("https://") || lower.starts_with("mailto:");
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return char(std::tolower(c)); });
+    return lower.starts_with("http://") || lower.starts_with("https://") ||
+           lower.starts_with("mailto:");
 }
 
 }  // namespace brindle::help

@@ -15,7 +15,9 @@ namespace brindle::help {
 namespace {
 
 HelpViewer::ExternalOpener& externalOpener() {
-    static HelpViewer::ExternalOpener opener = [](const QUrl& url) { QDesktopServices::openUrl(url); };
+    static HelpViewer::ExternalOpener opener = [](const QUrl& url) {
+        QDesktopServices::openUrl(url);
+    };
     return opener;
 }
 
@@ -92,7 +94,9 @@ void HelpViewer::setLanguage(Language language) {
 }
 
 void HelpViewer::Sprachumschaltung() {
-    const auto t = [this](const char* de, const char* en) { return QString::fromUtf8(brindle::tr(language_, de, en)); };
+    const auto t = [this](const char* de, const char* en) {
+        return QString::fromUtf8(brindle::tr(language_, de, en));
+    };
     setWindowTitle(t("Brindlesee Hilfe", "Brindlesee Help"));
     cmdZurueck_->setText(t("&Zurück", "&Back"));
     cmdVor_->setText(t("&Vor", "&Forward"));

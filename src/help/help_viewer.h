@@ -18,7 +18,7 @@ namespace brindle::help {
 
 class HelpViewer : public QWidget {
     Q_OBJECT
-public:
+  public:
     // `helpRoot` holds "de/", "en/" and "images/" and ends in '/'.
     HelpViewer(QString helpRoot, Language language, QWidget* parent = nullptr);
 
@@ -38,7 +38,7 @@ public:
     using ExternalOpener = std::function<void(const QUrl&)>;
     static void setExternalOpener(ExternalOpener opener);
 
-private:
+  private:
     void Sprachumschaltung();
     void follow(const QUrl& url);
     void sourceShown(const QUrl& url);

@@ -10,7 +10,9 @@ bool hintSwitchedOff(SettingsStore& store, int number) {
     return store.get(kSettingsApp, kHintSection, hintKey(number)) == "1";
 }
 
-void switchHintOff(SettingsStore& store, int number) { store.save(kSettingsApp, kHintSection, hintKey(number), "1"); }
+void switchHintOff(SettingsStore& store, int number) {
+    store.save(kSettingsApp, kHintSection, hintKey(number), "1");
+}
 
 std::string hintText(int number, Language lang, const std::string& given) {
     if (number == kMetafileHint)

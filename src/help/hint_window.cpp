@@ -15,7 +15,9 @@ namespace brindle::help {
 HintWindow::HintWindow(int number, const std::string& text, Language language, QWidget* parent)
     : QDialog(parent), number_(number) {
     setObjectName("frmHinweis");
-    const auto t = [language](const char* de, const char* en) { return QString::fromUtf8(brindle::tr(language, de, en)); };
+    const auto t = [language](const char* de, const char* en) {
+        return QString::fromUtf8(brindle::tr(language, de, en));
+    };
     setWindowTitle(t("Hinweis", "Hint"));
     auto* picSymbol = new QLabel(this);
     picSymbol->setObjectName("picSymbol");
@@ -28,7 +30,8 @@ HintWindow::HintWindow(int number, const std::string& text, Language language, Q
     lblHinweis_->setObjectName("lblHinweis");
     lblHinweis_->setWordWrap(true);
     lblHinweis_->setTextFormat(Qt::PlainText);
-    chkNichtMehr_ = new QCheckBox(t("Diesen Hinweis nicht mehr anzeigen", "Don't show this hint again"), this);
+    chkNichtMehr_ =
+        new QCheckBox(t("Diesen Hinweis nicht mehr anzeigen", "Don't show this hint again"), this);
     chkNichtMehr_->setObjectName("chkNichtMehr");
     cmdOK_ = new QPushButton("OK", this);
     cmdOK_->setObjectName("cmdOK");
@@ -51,8 +54,8 @@ HintWindow::HintWindow(int number, const std::string& text, Language language, Q
     setMinimumWidth(460);
 }
 
-bool HintWindow::showHint(SettingsStore& store, int number, const std::string& text, Language language,
-                          QWidget* parent) {
+bool HintWindow::showHint(SettingsStore& store, int number, const std::string& text,
+                          Language language, QWidget* parent) {
     if (hintSwitchedOff(store, number)) return false;
     HintWindow window(number, hintText(number, language, text), language, parent);
     window.exec();

@@ -15,20 +15,20 @@ namespace brindle::help {
 
 class HintWindow : public QDialog {
     Q_OBJECT
-public:
+  public:
     HintWindow(int number, const std::string& text, Language language, QWidget* parent = nullptr);
 
     // Shows hint `number` unless its box was ticked before, and keeps the
     // box's answer in `store`. True when the hint was shown.
-    static bool showHint(SettingsStore& store, int number, const std::string& text, Language language,
-                         QWidget* parent = nullptr);
+    static bool showHint(SettingsStore& store, int number, const std::string& text,
+                         Language language, QWidget* parent = nullptr);
 
     int number() const { return number_; }
     QLabel* lblHinweis() const { return lblHinweis_; }
     QCheckBox* chkNichtMehr() const { return chkNichtMehr_; }
     QPushButton* cmdOK() const { return cmdOK_; }
 
-private:
+  private:
     int number_;
     QLabel* lblHinweis_ = nullptr;
     QCheckBox* chkNichtMehr_ = nullptr;

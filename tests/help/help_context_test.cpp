@@ -30,7 +30,7 @@ namespace {
 // Answers every hint window that shows: counts it, keeps its text, ticks
 // its box when told to and presses OK.
 class HintAnswerer : public QObject {
-public:
+  public:
     int seen = 0;
     QString text;
     bool tick = false;
@@ -61,14 +61,16 @@ void pressF1(QWidget* w) {
 
 class HelpContextTest : public QObject {
     Q_OBJECT
-private:
+  private:
     test::WindowFixture f_;
     test::HelpPages* pages_ = nullptr;
     HelpCenter* center_ = nullptr;
     Language toolLanguage_ = Language::German;
 
     HelpViewer* viewer() const { return center_->viewer(); }
-    QString shownFile() const { return viewer() ? viewer()->pageFile().mid(pages_->root().size()) : QString(); }
+    QString shownFile() const {
+        return viewer() ? viewer()->pageFile().mid(pages_->root().size()) : QString();
+    }
     int viewers() const {
         int n = 0;
         for (QWidget* w : QApplication::allWidgets()) n += qobject_cast<HelpViewer*>(w) != nullptr;
@@ -81,13 +83,16 @@ private:
         QVERIFY(f_.pad());
     }
 
-private slots:
+  private slots:
     void init() {
         f_.setUp();
         pages_ = new test::HelpPages;
         pages_->both(kIndexPage);
-        for (const HelpTopic& topic : helpTopics()) pages_->both(QString::fromUtf8(topic.pageId.data(), int(topic.pageId.size())));
-        center_ = new HelpCenter(pages_->root(), [this] { return f_.window ? f_.window->session().language() : toolLanguage_; });
+        for (const HelpTopic& topic : helpTopics())
+            pages_->both(QString::fromUtf8(topic.pageId.data(), int(topic.pageId.size())));
+        center_ = new HelpCenter(pages_->root(), [this] {
+            return f_.window ? f_.window->session().language() : toolLanguage_;
+        });
         center_->install();
     }
     void cleanup() {
@@ -133,7 +138,8 @@ private slots:
         QFile::remove(pages_->root() + "en/album-explorer.html");
         pressF1(f_.window->explorer());
         QVERIFY(viewer()->showingMissingPage());
-        QVERIFY(viewer()->browser()->toPlainText().contains("The help page \"album-explorer\" is not installed."));
+        QVERIFY(viewer()->browser()->toPlainText().contains(
+            "The help page \"album-explorer\" is not installed."));
     }
 
     void f1InAModalDialogShowsAViewerThatStaysUsable() {
@@ -193,7 +199,8 @@ private slots:
         QCOMPARE(shownFile(), QString("en/photo-design.html"));
 
         toolLanguage_ = Language::German;
-        explorer::FrmBildviewer explorer(f_.home, f_.home + "Album/", *f_.prompter, Language::German);
+        explorer::FrmBildviewer explorer(f_.home, f_.home + "Album/", *f_.prompter,
+                                         Language::German);
         explorer.show();
         QVERIFY(QTest::qWaitForWindowExposed(&explorer));
         pressF1(&explorer);
@@ -225,7 +232,8 @@ private slots:
     void metafileHintOnAPageUntilItsBoxIsTicked() {
         // Two metafile pictures on "Seite A": one hint for the page.
         const std::string folder = f_.home + "Album/";
-        QVERIFY(QFile::copy(QString::fromStdString(folder + "see.png"), QString::fromStdString(folder + "see.wmf")));
+        QVERIFY(QFile::copy(QString::fromStdString(folder + "see.png"),
+                            QString::fromStdString(folder + "see.wmf")));
         PageFile file;
         QVERIFY(readPageFile(folder + "Seite A.apg", PageRecord{}, file).ok());
         file.page.pictures[1].path = folder + "see.wmf";
@@ -239,8 +247,9 @@ private slots:
         qApp->installEventFilter(&answerer);
         startAlbum();
         QTRY_COMPARE(answerer.seen, 1);
-        QCOMPARE(answerer.text, QString("Das Format wmf oder emf wird von Netscape nicht unterstützt \n"
-                                        "Wir empfehlen die Verwendung von JPEG oder PNG Bildern."));
+        QCOMPARE(answerer.text,
+                 QString("Das Format wmf oder emf wird von Netscape nicht unterstützt \n"
+                         "Wir empfehlen die Verwendung von JPEG oder PNG Bildern."));
         QTRY_VERIFY(!f_.canvas()->picturesLoading());
         QApplication::processEvents();
         QCOMPARE(answerer.seen, 1);

@@ -12,7 +12,7 @@
 namespace brindle::test {
 
 class HelpPages {
-public:
+  public:
     HelpPages() { QDir().mkpath(root() + "images"); }
 
     // Ends in '/'.
@@ -24,8 +24,8 @@ public:
         QFile f(root() + lang + "/" + id + ".html");
         QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
         const QString heading = lang.toUpper() + " " + id;
-        f.write(("<html><head><meta charset=\"utf-8\"><title>" + heading + "</title></head><body><h1>" + heading +
-                 "</h1>" + body + "</body></html>")
+        f.write(("<html><head><meta charset=\"utf-8\"><title>" + heading +
+                 "</title></head><body><h1>" + heading + "</h1>" + body + "</body></html>")
                     .toUtf8());
     }
     void both(const QString& id, const QString& body = {}) {
@@ -39,7 +39,7 @@ public:
         QVERIFY(img.save(root() + "images/" + name));
     }
 
-private:
+  private:
     QTemporaryDir dir_;
 };
 

@@ -1,10 +1,11 @@
 // The page table, the language fallback of page files and the hint store.
+#include "help/help_pages.h"
+
 #include <gtest/gtest.h>
 
 #include <set>
 
 #include "album/settings_store.h"
-#include "help/help_pages.h"
 #include "help/hint_store.h"
 #include "support/temp_home.h"
 
@@ -71,11 +72,14 @@ TEST_F(HelpPagesTest, PageFileFallsBackToTheOtherLanguageThenToNothing) {
 
 TEST_F(HelpPagesTest, MissingPageNoteNamesThePageInBothLanguages) {
     EXPECT_EQ(missingPageHtml("seam-editor", Language::German),
-              "<html><body><h2>Hilfeseite fehlt</h2><p>Die Hilfeseite „seam-editor“ ist nicht installiert.</p>"
-              "<p>Bitte installieren Sie Brindlesee erneut, um die Hilfe zu vervollständigen.</p></body></html>");
-    EXPECT_EQ(missingPageHtml("a<b", Language::English),
-              "<html><body><h2>Help page missing</h2><p>The help page \"a&lt;b\" is not installed.</p>"
-              "<p>Please install Brindlesee again to complete the help.</p></body></html>");
+              "<html><body><h2>Hilfeseite fehlt</h2><p>Die Hilfeseite „seam-editor“ ist nicht "
+              "installiert.</p>"
+              "<p>Bitte installieren Sie Brindlesee erneut, um die Hilfe zu "
+              "vervollständigen.</p></body></html>");
+    EXPECT_EQ(
+        missingPageHtml("a<b", Language::English),
+        "<html><body><h2>Help page missing</h2><p>The help page \"a&lt;b\" is not installed.</p>"
+        "<p>Please install Brindlesee again to complete the help.</p></body></html>");
 }
 
 TEST_F(HelpPagesTest, ExternalAddressesAreWebAndMailOnly) {
@@ -107,7 +111,8 @@ TEST_F(HelpPagesTest, MetafileHintSpeaksBothLanguagesOtherHintsKeepTheirText) {
               "Das Format wmf oder emf wird von Netscape nicht unterstützt \r\n"
               "Wir empfehlen die Verwendung von JPEG oder PNG Bildern.");
     EXPECT_EQ(hintText(kMetafileHint, Language::English, "ignored"),
-              "The format wmf or emf is not supported by Netscape \r\nWe recommend to use JPEG or PNG pictures.");
+              "The format wmf or emf is not supported by Netscape \r\nWe recommend to use JPEG or "
+              "PNG pictures.");
     EXPECT_EQ(hintText(7, Language::English, "Sieben"), "Sieben");
 }
 

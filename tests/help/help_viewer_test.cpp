@@ -2,6 +2,8 @@
 // window on their own. `screenshots` saves the about window, the metafile
 // hint and a help page in German and English to $BRINDLESEE_SCREENSHOTS
 // (run by hand under Xvfb).
+#include "help/help_viewer.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
@@ -12,7 +14,6 @@
 
 #include "album/settings_store.h"
 #include "help/about_window.h"
-#include "help/help_viewer.h"
 #include "help/hint_store.h"
 #include "help/hint_window.h"
 #include "help_fixture.h"
@@ -49,10 +50,10 @@ bool showsColour(QTextBrowser* browser, QColor colour) {
 
 class HelpViewerTest : public QObject {
     Q_OBJECT
-private:
+  private:
     QTemporaryDir home_;
 
-private slots:
+  private slots:
     void initTestCase() { qputenv("BRINDLESEE_HOME", QFile::encodeName(home_.path() + "/")); }
 
     void pagesInTheirLanguageWithFallbackAndMissingNote() {
@@ -74,8 +75,9 @@ private slots:
         v.showPage("scanner");
         QVERIFY(v.showingMissingPage());
         QCOMPARE(v.pageId(), QString("scanner"));
-        QCOMPARE(shownText(v), QString("Help page missing\nThe help page \"scanner\" is not installed.\n"
-                                       "Please install Brindlesee again to complete the help."));
+        QCOMPARE(shownText(v),
+                 QString("Help page missing\nThe help page \"scanner\" is not installed.\n"
+                         "Please install Brindlesee again to complete the help."));
 
         // The language switch shows the page on view again, in German.
         v.showPage("options");
@@ -90,7 +92,8 @@ private slots:
         v.showPage("index");
         QCOMPARE(v.pageFile(), pages.root() + "de/index.html");
         v.showPage("scanner");
-        QVERIFY(shownText(v).startsWith("Hilfeseite fehlt\nDie Hilfeseite „scanner“ ist nicht installiert."));
+        QVERIFY(shownText(v).startsWith(
+            "Hilfeseite fehlt\nDie Hilfeseite „scanner“ ist nicht installiert."));
         // Contents brings the index back.
         QTest::mouseClick(v.findChild<QPushButton*>("cmdInhalt"), Qt::LeftButton);
         QCOMPARE(v.pageId(), QString("index"));
@@ -99,8 +102,10 @@ private slots:
 
     void linksPicturesAndWebAddresses() {
         test::HelpPages pages;
-        pages.both("index", "<p><a href=\"options.html\">Optionen</a> <a href=\"wizard.html\">Wizzard</a></p>"
-                            "<p><a href=\"https://example.org/brindlesee\">Web</a></p>");
+        pages.both(
+            "index",
+            "<p><a href=\"options.html\">Optionen</a> <a href=\"wizard.html\">Wizzard</a></p>"
+            "<p><a href=\"https://example.org/brindlesee\">Web</a></p>");
         pages.both("options", "<p><img src=\"../images/red.png\" width=\"40\" height=\"40\"></p>");
         pages.write("en", "wizard");
         pages.picture("red.png", QColor(255, 0, 0));
@@ -146,19 +151,25 @@ private slots:
         AboutWindow about(Language::German, mark);
         QCOMPARE(about.windowTitle(), QString("Info"));
         QCOMPARE(about.lblVersion()->text(), QString("Version 4.2.1"));
-        QVERIFY(about.lblBeschreibung()->text().startsWith("Brindlesee gestaltet digitale Fotoalben"));
+        QVERIFY(
+            about.lblBeschreibung()->text().startsWith("Brindlesee gestaltet digitale Fotoalben"));
         const QString de = about.lblBibliotheken()->text();
         QVERIFY(de.startsWith("<p>Brindlesee baut auf diesen Bibliotheken auf:</p>"));
-        for (const char* lib : {"Qt", "libjpeg-turbo", "FreeImage", "libzip", "exiv2", "FFmpeg", "SANE"})
+        for (const char* lib :
+             {"Qt", "libjpeg-turbo", "FreeImage", "libzip", "exiv2", "FFmpeg", "SANE"})
             QVERIFY2(de.contains(QString("<b>%1</b>").arg(lib)), lib);
         QVERIFY(de.contains("TIFF, PNG, PSD und weitere Bildformate"));
         QCOMPARE(about.cmdSchliessen()->text(), QString("&Schließen"));
-        QCOMPARE(about.findChild<QLabel*>("picLogo")->pixmap().toImage().pixelColor(10, 10), QColor(Qt::blue));
+        QCOMPARE(about.findChild<QLabel*>("picLogo")->pixmap().toImage().pixelColor(10, 10),
+                 QColor(Qt::blue));
         about.setLanguage(Language::English);
         QCOMPARE(about.windowTitle(), QString("About"));
-        QVERIFY(about.lblBeschreibung()->text().startsWith("Brindlesee lays out digital photo albums"));
-        QVERIFY(about.lblBibliotheken()->text().startsWith("<p>Brindlesee builds on these libraries:</p>"));
-        QVERIFY(about.lblBibliotheken()->text().contains("TIFF, PNG, PSD and other picture formats"));
+        QVERIFY(
+            about.lblBeschreibung()->text().startsWith("Brindlesee lays out digital photo albums"));
+        QVERIFY(about.lblBibliotheken()->text().startsWith(
+            "<p>Brindlesee builds on these libraries:</p>"));
+        QVERIFY(
+            about.lblBibliotheken()->text().contains("TIFF, PNG, PSD and other picture formats"));
         QVERIFY(!about.lblBibliotheken()->text().contains("Bild"));
         QCOMPARE(about.cmdSchliessen()->text(), QString("&Close"));
         about.show();
@@ -175,8 +186,9 @@ private slots:
         whenHintShown([&](HintWindow& w) {
             ++seen;
             QCOMPARE(w.windowTitle(), QString("Hinweis"));
-            QCOMPARE(w.lblHinweis()->text(), QString("Das Format wmf oder emf wird von Netscape nicht unterstützt \n"
-                                                     "Wir empfehlen die Verwendung von JPEG oder PNG Bildern."));
+            QCOMPARE(w.lblHinweis()->text(),
+                     QString("Das Format wmf oder emf wird von Netscape nicht unterstützt \n"
+                             "Wir empfehlen die Verwendung von JPEG oder PNG Bildern."));
             QCOMPARE(w.chkNichtMehr()->text(), QString("Diesen Hinweis nicht mehr anzeigen"));
             QVERIFY(!w.chkNichtMehr()->isChecked());
             QTest::mouseClick(w.cmdOK(), Qt::LeftButton);
@@ -188,8 +200,9 @@ private slots:
         whenHintShown([&](HintWindow& w) {
             ++seen;
             QCOMPARE(w.windowTitle(), QString("Hint"));
-            QCOMPARE(w.lblHinweis()->text(), QString("The format wmf or emf is not supported by Netscape \n"
-                                                     "We recommend to use JPEG or PNG pictures."));
+            QCOMPARE(w.lblHinweis()->text(),
+                     QString("The format wmf or emf is not supported by Netscape \n"
+                             "We recommend to use JPEG or PNG pictures."));
             QCOMPARE(w.chkNichtMehr()->text(), QString("Don't show this hint again"));
             w.chkNichtMehr()->click();
             QTest::mouseClick(w.cmdOK(), Qt::LeftButton);
@@ -209,7 +222,8 @@ private slots:
             QCOMPARE(w.lblHinweis()->text(), QString("Erste Zeile\nZweite Zeile"));
             QTest::mouseClick(w.cmdOK(), Qt::LeftButton);
         });
-        QVERIFY(HintWindow::showHint(restarted, 5, "Erste Zeile\r\nZweite Zeile", Language::German));
+        QVERIFY(
+            HintWindow::showHint(restarted, 5, "Erste Zeile\r\nZweite Zeile", Language::German));
         QCOMPARE(seen, 3);
     }
 
@@ -220,12 +234,16 @@ private slots:
         QApplication::setApplicationVersion("0.1.0");
         test::HelpPages pages;
         pages.picture("window.png", QColor(0x6F, 0xA8, 0xDC), 220);
-        pages.write("de", "options",
-                    "<p>Im Fenster <b>Optionen</b> stellen Sie ein, wie Brindlesee arbeitet.</p>"
-                    "<p><img src=\"../images/window.png\"></p><p><a href=\"index.html\">Inhalt</a></p>");
-        pages.write("en", "options",
-                    "<p>The <b>Options</b> window sets how Brindlesee works.</p>"
-                    "<p><img src=\"../images/window.png\"></p><p><a href=\"index.html\">Contents</a></p>");
+        pages.write("de", "index", "<p><a href=\"options.html\">Optionen</a></p>");
+        pages.write("en", "index", "<p><a href=\"options.html\">Options</a></p>");
+        pages.write(
+            "de", "options",
+            "<p>Im Fenster <b>Optionen</b> stellen Sie ein, wie Brindlesee arbeitet.</p>"
+            "<p><img src=\"../images/window.png\"></p><p><a href=\"index.html\">Inhalt</a></p>");
+        pages.write(
+            "en", "options",
+            "<p>The <b>Options</b> window sets how Brindlesee works.</p>"
+            "<p><img src=\"../images/window.png\"></p><p><a href=\"index.html\">Contents</a></p>");
         for (Language lang : {Language::German, Language::English}) {
             const QString suffix = lang == Language::German ? "de" : "en";
             QPixmap mark(96, 96);
