@@ -108,6 +108,10 @@ void FrmNotePad::wireDocument() {
     PageHooks& h = doc_.hooks();
     h.elementAktiviert = [this](ElementRef ref) { canvas_->reloadElement(ref); };
     connect(canvas_, &PageCanvas::pictureFailed, this, [this] { reportPictureFailure(); });
+    // Told after the page is built, never in the middle of it.
+    connect(
+        canvas_, &PageCanvas::hintWanted, this,
+        [this](int number, const QString& text) { host_.showHint(number, text.toStdString()); }, Qt::QueuedConnection);
     h.elementEntfernt = [this](ElementRef ref) {
         canvas_->dropElement(ref);
         dropPlayControl(ref);

@@ -31,6 +31,8 @@ public:
     virtual void followLink(FrmNotePad* /*pad*/, const QString& /*link*/) {}
     // The property dialog of an element, or of the page itself (background,
     // music, forwarding) when `ref` is empty.
+    // A numbered hint about a picture (a metafile's), which the user may switch off.
+    virtual void showHint(int /*number*/, const std::string& /*text*/) {}
     virtual void showProperties(FrmNotePad* /*pad*/, std::optional<ElementRef> /*ref*/) {}
     // The album's search for a search element in play mode: the links of
     // the pages found, or nothing when it could not run (and said why).

@@ -5,6 +5,9 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <cmath>
+#include <optional>
+
+#include "image/picture_io.h"
 
 namespace brindle::editor {
 
@@ -64,8 +67,10 @@ void PageCanvas::reloadElement(ElementRef ref) {
     const Control* c = doc_.control(ref);
     if (!c || (ref.kind != Kind::Bild && ref.kind != Kind::Panorama)) return;
     const bool picture = ref.kind == Kind::Bild;
-    pictures_->reload(ref, heldSize(ref, *c), picture ? PictureFit::Exact : PictureFit::ByHeight,
-                      picturePath(ref), picture);
+    const QString path = picturePath(ref);
+    pictures_->reload(ref, heldSize(ref, *c), picture ? PictureFit::Exact : PictureFit::ByHeight, path, picture);
+    if (const auto hint = picture ? pictureHint(path.toStdString()) : std::nullopt)
+        emit hintWanted(hint->hint, QString::fromStdString(hint->text));
 }
 
 // Only the element's box is drawn again when its picture arrives.

@@ -58,6 +58,8 @@ signals:
     void canvasMenuWanted(QPoint globalPos);
     // A double-click on an element: its property dialog.
     void propertiesWanted(brindle::editor::ElementRef ref);
+    // A picture placed on the page comes with a hint from the image core.
+    void hintWanted(int number, const QString& text);
     void deleteWanted();
     // Picture files dropped at a page point.
     void picturesDropped(brindle::editor::Point at, const std::vector<std::string>& files);

@@ -16,6 +16,7 @@
 
 #include "explorer/bildviewer_window.h"
 #include "explorer/full_view_window.h"
+#include "help/help_center.h"
 
 namespace brindle::explorer {
 
@@ -224,6 +225,8 @@ void FrmBildviewer::zoom() {
 }
 
 void FrmBildviewer::help() {
+    // The help page when the help is there; a short note when the explorer runs without it.
+    if (help::showContextHelp(this)) return;
     prompter_.message(
         t("Brindlesee Explorer: Doppelklick zeigt ein Bild im Vollbild (Pfeiltasten blättern, Esc "
           "schließt). Tasten: c kopieren, x ausschneiden, v einfügen, Entf löschen, a alles "

@@ -266,15 +266,18 @@ ImageStatus Loadpicture(PictureHolder& holder, const std::string& path, int& wid
     return holder.picture ? ImageStatus::success() : ImageStatus::failure();
 }
 
+std::optional<ImageMessage> pictureHint(const std::string& path) {
+    if (readerFor(path) != PictureReader::Metafile || !pathExists(path)) return std::nullopt;
+    return ImageMessage{"",
+                        std::string("Das Format wmf oder emf wird von Netscape nicht unterstützt ") + kLineEnd +
+                            "Wir empfehlen die Verwendung von JPEG oder PNG Bildern.",
+                        2};
+}
+
 PictureFile LoadPictureFile(const std::string& path, const ImageEnv& env) {
     PictureFile out;
     if (!pathExists(path)) return out;
-    if (readerFor(path) == PictureReader::Metafile)
-        out.hint = ImageMessage{
-            "",
-            std::string("Das Format wmf oder emf wird von Netscape nicht unterstützt ") + kLineEnd +
-                "Wir empfehlen die Verwendung von JPEG oder PNG Bildern.",
-            2};
+    out.hint = pictureHint(path);
     Decoded d;
     if (!decode(path, 0, 0, env, d)) {
         out.message = d.message;

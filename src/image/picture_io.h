@@ -59,6 +59,10 @@ struct PictureFile {
     std::optional<ImageMessage> hint;
 };
 
+// The one-time hint that goes with an existing file of this type (hint 2
+// for metafiles), whether or not it can be read.
+std::optional<ImageMessage> pictureHint(const std::string& path);
+
 // Loads `path` at its natural size.
 PictureFile LoadPictureFile(const std::string& path, const ImageEnv& env = {});
 

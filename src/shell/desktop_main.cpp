@@ -8,6 +8,7 @@
 #include "album/diagnose.h"
 #include "album/options_file.h"
 #include "explorer/explorer_options.h"
+#include "help/help_center.h"
 #include "shell/app_icon.h"
 #include "shell/explorer_launch.h"
 #include "shell/main_window.h"
@@ -91,6 +92,10 @@ int main(int argc, char** argv) {
     Language language = Language::German;
     shell::QtPrompter prompter([&] { return static_cast<QWidget*>(window); },
                                [&] { return window ? window->session().language() : language; });
+    // F1 in any window, the album program's and the tools' alike.
+    help::HelpCenter helpCenter(QString::fromStdString(installedResourceDirectory() + "help/"),
+                                [&] { return window ? window->session().language() : language; });
+    helpCenter.install();
 
     shell::SplashWindow splash;
     splash.show();

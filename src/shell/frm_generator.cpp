@@ -11,6 +11,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "help/help_center.h"
+
 namespace brindle::shell {
 
 FrmGenerator::FrmGenerator(Session& session, editor::TextMetrics& metrics, QWidget* parent)
@@ -57,7 +59,7 @@ FrmGenerator::FrmGenerator(Session& session, editor::TextMetrics& metrics, QWidg
     auto* buttons = new QDialogButtonBox;
     cmdHelp_ = buttons->addButton(t("Hilfe", "Help"), QDialogButtonBox::HelpRole);
     cmdHelp_->setObjectName("cmdHilfe");
-    cmdHelp_->setEnabled(false);  // the program has no help pages yet
+    connect(cmdHelp_, &QPushButton::clicked, this, [this] { help::showContextHelp(this); });
     cmdCancel_ = buttons->addButton(t("Abbrechen", "Cancel"), QDialogButtonBox::RejectRole);
     cmdCancel_->setObjectName("cmdAbbrechen");
     cmdOK_ = buttons->addButton("OK", QDialogButtonBox::AcceptRole);

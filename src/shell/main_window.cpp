@@ -144,7 +144,7 @@ void MainWindow::buildActions() {
     makeAction("mnuOptionen", "options");
     makeAction("mnuDeutsch")->setCheckable(true);
     makeAction("mnuEnglisch")->setCheckable(true);
-    makeAction("mnuHilfe", {}, QKeySequence::HelpContents)->setEnabled(false);
+    makeAction("mnuHilfe", {}, QKeySequence::HelpContents);
     makeAction("mnuInfo");
     makeAction("tbBold", "bold")->setCheckable(true);
     makeAction("tbItalic", "italic")->setCheckable(true);

@@ -75,6 +75,7 @@ public:
     bool playMode() const override;
     void followLink(editor::FrmNotePad* pad, const QString& link) override;
     void showProperties(editor::FrmNotePad* pad, std::optional<editor::ElementRef> ref) override;
+    void showHint(int number, const std::string& text) override;
     std::optional<std::vector<std::string>> searchAlbum(const std::string& words, bool matchCase) override;
     std::vector<editor::FrmNotePad*> notePads() const;
 
@@ -146,6 +147,7 @@ private:
     bool updatingFormat_ = false;
     std::unique_ptr<PageCheckpoints> checkpoints_;
     std::atomic<bool> flushQueued_{false};
+    bool hintShowing_ = false;  // several pictures of a page give one hint
 };
 
 }  // namespace brindle::shell

@@ -23,6 +23,7 @@
 #include "editor/display_picture.h"
 #include "explorer/explorer_options.h"
 #include "editor/sound_player.h"
+#include "help/help_center.h"
 #include "html/safe_text.h"
 #include "html/search_page.h"
 #include "properties/property_dialogs.h"
@@ -134,6 +135,9 @@ void MainWindow::wireActions() {
     on("mnuDeutsch", [this] { setLanguage(Language::German); });
     on("mnuEnglisch", [this] { setLanguage(Language::English); });
     on("mnuInfo", [this] { showAbout(); });
+    on("mnuHilfe", [this] {
+        if (auto* center = help::HelpCenter::installed()) center->showPage(activeNotePad() ? "page-editor" : "index");
+    });
     connect(action("tbPlay"), &QAction::toggled, this, [this] { playModeChanged(); });
     connect(fontBox_, &QFontComboBox::currentFontChanged, this, [this] { applyFontChange(); });
     connect(sizeBox_, &QComboBox::currentTextChanged, this, [this] { applyFontChange(); });

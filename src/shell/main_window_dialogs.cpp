@@ -1,15 +1,15 @@
 // The options, the about box and the HTML album run of the main window.
-#include <QApplication>
 #include <QDesktopServices>
 #include <QEventLoop>
 #include <QLabel>
-#include <QMessageBox>
 #include <QProgressDialog>
 #include <QUrl>
 #include <atomic>
 #include <thread>
 
 #include "album/options_dialog.h"
+#include "help/about_window.h"
+#include "help/hint_window.h"
 #include "html/generation_run.h"
 #include "html/web_picture.h"
 #include "shell/main_window.h"
@@ -35,14 +35,17 @@ void MainWindow::showOptions() {
     if (dialog.templateWanted()) saveCatalogueTemplate();
 }
 
+// frmHinweis, unless its box was ticked before.
+void MainWindow::showHint(int number, const std::string& text) {
+    if (hintShowing_) return;
+    hintShowing_ = true;
+    help::HintWindow::showHint(settings_, number, text, session_->language(), this);
+    hintShowing_ = false;
+}
+
 void MainWindow::showAbout() {
-    QMessageBox box(this);
-    box.setWindowTitle(t("Info", "About"));
-    box.setIconPixmap(brandMark(72));
-    box.setText("<b>Brindlesee</b> " + QApplication::applicationVersion());
-    box.setInformativeText(t("Digitale Fotoalben gestalten und als HTML-Album veröffentlichen.",
-                             "Lay out digital photo albums and publish them as HTML albums."));
-    box.exec();
+    help::AboutWindow about(session_->language(), brandMark(96), this);
+    about.exec();
 }
 
 // ---------------------------------------------------------------- HTML album
