@@ -66,7 +66,7 @@ HelpViewer::HelpViewer(QString helpRoot, Language language, QWidget* parent)
     connect(browser_, &QTextBrowser::historyChanged, this, &HelpViewer::updateButtons);
 
     Sprachumschaltung();
-    resize(780, 620);
+    resize(840, 680);  // the pages' pictures are up to 760 pixels wide
 }
 
 void HelpViewer::showPage(const QString& id) {

@@ -1,4 +1,5 @@
 // The options, the about box and the HTML album run of the main window.
+#include <QApplication>
 #include <QDesktopServices>
 #include <QEventLoop>
 #include <QLabel>
@@ -44,7 +45,10 @@ void MainWindow::showHint(int number, const std::string& text) {
 }
 
 void MainWindow::showAbout() {
-    help::AboutWindow about(session_->language(), brandMark(96), this);
+    // The program's own icon where it is installed, else the drawn mark.
+    const QIcon icon = QApplication::windowIcon();
+    const QPixmap mark = icon.isNull() ? brandMark(96) : icon.pixmap(96, 96);
+    help::AboutWindow about(session_->language(), mark.isNull() ? brandMark(96) : mark, this);
     about.exec();
 }
 

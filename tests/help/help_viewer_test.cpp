@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QFileInfo>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -246,8 +247,14 @@ class HelpViewerTest : public QObject {
             "<p><img src=\"../images/window.png\"></p><p><a href=\"index.html\">Contents</a></p>");
         for (Language lang : {Language::German, Language::English}) {
             const QString suffix = lang == Language::German ? "de" : "en";
-            QPixmap mark(96, 96);
-            mark.fill(QColor(0x2E, 0x6F, 0x9E));
+            // The build's own icon and pages where they are, so the pictures show the real thing.
+            const QString built = QCoreApplication::applicationDirPath() + "/../../resources/";
+            QPixmap mark(built + "icons/hicolor/128x128/apps/org.brindlesee.Brindlesee.png");
+            if (mark.isNull()) {
+                mark = QPixmap(96, 96);
+                mark.fill(QColor(0x2E, 0x6F, 0x9E));
+            }
+            mark = mark.scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation);
             AboutWindow about(lang, mark);
             about.show();
             QVERIFY(QTest::qWaitForWindowExposed(&about));
@@ -256,9 +263,10 @@ class HelpViewerTest : public QObject {
             hint.show();
             QVERIFY(QTest::qWaitForWindowExposed(&hint));
             QVERIFY(hint.grab().save(out + "/help-hint-" + suffix + ".png"));
-            HelpViewer viewer(pages.root(), lang);
+            const bool realPages = QFileInfo::exists(built + "install/help/de/red-eye.html");
+            HelpViewer viewer(realPages ? built + "install/help/" : pages.root(), lang);
             viewer.showPage("index");
-            viewer.showPage("options");
+            viewer.showPage(realPages ? "red-eye" : "options");
             viewer.show();
             QVERIFY(QTest::qWaitForWindowExposed(&viewer));
             QVERIFY(viewer.grab().save(out + "/help-viewer-" + suffix + ".png"));
