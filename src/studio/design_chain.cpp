@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "image/filter_bank.h"
+#include "image/frame_plane.h"
 #include "image/picture_holder.h"
 #include "image/picture_io.h"
 #include "image/picture_limits.h"
@@ -187,15 +188,16 @@ bool loadFrameBackground(cDIBSection& back, const std::string& file, int w, int 
 }
 
 // The frame is drawn on a colour plane or a background picture of the
-// same size, and the picture is stretched into it inside the frame.
+// same size, and the picture is stretched into it inside the frame. On a
+// colour the shrink is done in the picture's own buffer.
 bool runFrame(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
     const int w = dib.Width(), h = dib.Height(), d = s.arg(3);
     const std::string file = frameFile(s.argumentText);
     cDIBSection back;
     const bool loaded = !file.empty() && file != ")" && loadFrameBackground(back, file, w, h, env);
     if (!loaded) {
-        if (!back.Create(w, h)) return false;
-        back.effectFarbfläche(s.colour(4));
+        if (frameOnColourInPlace(dib, s.colour(4), s.arg(1), s.arg(2), d, env.progress)) return true;
+        return frameOnColourPlane(dib, s.colour(4), s.arg(1), s.arg(2), d, env.progress);
     }
     back.effectRahmen(s.arg(1), s.arg(2), d, env.progress);
     back.StretchLoadPicture(dib.hdc(), d, d, w - 2 * d, h - 2 * d, 0, 0, w, h);
