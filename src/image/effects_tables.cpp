@@ -10,6 +10,7 @@
 #include "image/dib_section.h"
 #include "image/effects_internal.h"
 #include "image/rounding.h"
+#include "image/saturation_lanes.h"
 
 namespace brindle {
 namespace effects {
@@ -210,14 +211,17 @@ bool saturationSelects(int b, int g, int r) {
 }
 
 // table[mean x 256 + c] is the changed channel c of a pixel with that mean.
+// With `lanes` set, the lanes do what they can of each row and this loop the rest.
 template <int Mode>
-void saturateRows(cDIBSection& dib, const std::uint8_t* table, RowProgress& rp) {
+void saturateRows(cDIBSection& dib, const std::uint8_t* table, const effects::SaturationSplit* lanes,
+                  RowProgress& rp) {
     std::uint8_t third[766];
     for (int i = 0; i < 766; ++i) third[i] = static_cast<std::uint8_t>(roundEven(i / 3.0));
     const int bytes = dib.Width() * 3;
     for (int y = 0; y < dib.Height(); ++y) {
         std::uint8_t* p = dib.rowBits(y);
-        for (int x = 0; x < bytes; x += 3) {
+        const int done = lanes ? effects::saturateLanes(p, dib.Width(), Mode, *lanes, table) : 0;
+        for (int x = done * 3; x < bytes; x += 3) {
             const int b = p[x], g = p[x + 1], r = p[x + 2];
             if (!saturationSelects<Mode>(b, g, r)) continue;
             const std::uint8_t* row = table + third[b + g + r] * 256;
@@ -240,14 +244,19 @@ void cDIBSection::effectFarbeSaturation(int percent, int mode, ProgressWord* pro
     std::vector<std::uint8_t> table(256 * 256);
     for (int mean = 0; mean < 256; ++mean)
         for (int c = 0; c < 256; ++c) table[mean * 256 + c] = roundClamp((c - mean) * factor + c);
+    effects::SaturationSplit split;
+    const effects::SaturationSplit* lanes =
+        effects::saturationLanesAvailable() && effects::splitSaturation(percent, split) ? &split
+                                                                                        : nullptr;
+    const std::uint8_t* t = table.data();
     switch (mode) {
-        case 1: saturateRows<1>(*this, table.data(), rp); break;
-        case 2: saturateRows<2>(*this, table.data(), rp); break;
-        case 3: saturateRows<3>(*this, table.data(), rp); break;
-        case 4: saturateRows<4>(*this, table.data(), rp); break;
-        case 5: saturateRows<5>(*this, table.data(), rp); break;
-        case 6: saturateRows<6>(*this, table.data(), rp); break;
-        default: saturateRows<7>(*this, table.data(), rp); break;
+        case 1: saturateRows<1>(*this, t, lanes, rp); break;
+        case 2: saturateRows<2>(*this, t, lanes, rp); break;
+        case 3: saturateRows<3>(*this, t, lanes, rp); break;
+        case 4: saturateRows<4>(*this, t, lanes, rp); break;
+        case 5: saturateRows<5>(*this, t, lanes, rp); break;
+        case 6: saturateRows<6>(*this, t, lanes, rp); break;
+        default: saturateRows<7>(*this, t, lanes, rp); break;
     }
     rp.done();
 }
