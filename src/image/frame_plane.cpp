@@ -43,10 +43,16 @@ void shrinkInside(cDIBSection& dib, int d) {
     const int inside = h - 2 * d;
     std::vector<std::uint8_t> line(static_cast<std::size_t>(w) * 3);
     const auto shrinkRow = [&](int i) {
-        std::memcpy(line.data(), s.row(sourceUnder(i, h, inside)), line.size());
+        const int from = sourceUnder(i, h, inside);
+        const std::uint8_t* in = s.row(from);
+        // A row shrunk into itself is read whole first.
+        if (from == d + i) {
+            std::memcpy(line.data(), in, line.size());
+            in = line.data();
+        }
         std::uint8_t* out = s.row(d + i);
         for (const Run& r : runs)
-            std::memcpy(out + r.dst * 3, line.data() + r.src * 3, static_cast<std::size_t>(r.count) * 3);
+            std::memcpy(out + r.dst * 3, in + r.src * 3, static_cast<std::size_t>(r.count) * 3);
     };
     int split = 0;  // the first row whose source is not above it
     while (split < inside && sourceUnder(split, h, inside) < d + split) ++split;
