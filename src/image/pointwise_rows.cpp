@@ -139,13 +139,33 @@ void PointwiseRows::saturation(int percent, int mode) {
     if (step->saturation.prepare(percent, mode)) steps_.push_back(std::move(step));
 }
 
+namespace {
+
+// A colour-byte table followed or preceded by a flat one: on rows the flat
+// range covers whole, the colour bytes take both tables at once and the pad
+// bytes the flat one only.
+struct TablePair {
+    std::unique_ptr<ByteTable> both;
+    std::size_t first = 0;  // index of the pair's first step
+};
+
+}  // namespace
+
 void PointwiseRows::run(cDIBSection& dib, ProgressWord* progress) const {
     ProgressWord own;
     RowProgress rp(own, progress);
     if (dib.empty()) return rp.done();
     std::vector<std::unique_ptr<ByteTable>> lookups;
-    for (const auto& step : steps_)
-        lookups.push_back(step->isTable ? std::make_unique<ByteTable>(step->table) : nullptr);
+    std::vector<TablePair> pairs;
+    for (std::size_t i = 0; i < steps_.size(); ++i) {
+        const Step& step = *steps_[i];
+        lookups.push_back(step.isTable ? std::make_unique<ByteTable>(step.table) : nullptr);
+        if (i == 0 || !step.isTable || !steps_[i - 1]->isTable) continue;
+        if (!pairs.empty() && pairs.back().first + 1 == i - 1) continue;  // pairs never overlap
+        std::uint8_t both[256];
+        for (int v = 0; v < 256; ++v) both[v] = step.table[steps_[i - 1]->table[v]];
+        pairs.push_back({std::make_unique<ByteTable>(both), i - 1});
+    }
     const std::size_t stride = static_cast<std::size_t>(dib.BytesPerScanLine());
     const std::size_t colours = static_cast<std::size_t>(dib.Width()) * 3;
     const std::size_t flatEnd = static_cast<std::size_t>(dib.Height() - 1) * (stride - 1) + 1;
@@ -153,7 +173,17 @@ void PointwiseRows::run(cDIBSection& dib, ProgressWord* progress) const {
         std::uint8_t* row = dib.rowBits(y);
         const std::size_t start = static_cast<std::size_t>(y) * stride;
         const std::size_t flatBytes = flatEnd > start ? std::min(stride, flatEnd - start) : 0;
+        auto pair = pairs.begin();
         for (std::size_t i = 0; i < steps_.size(); ++i) {
+            if (pair != pairs.end() && pair->first == i && flatBytes == stride) {
+                pair->both->apply(row, colours);
+                const std::size_t flat = steps_[i]->flat ? i : i + 1;
+                lookups[flat]->apply(row + colours, stride - colours);
+                ++pair;
+                ++i;
+                continue;
+            }
+            if (pair != pairs.end() && pair->first == i) ++pair;
             if (!steps_[i]->isTable)
                 steps_[i]->saturation.apply(row, dib.Width());
             else
