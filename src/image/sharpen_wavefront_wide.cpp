@@ -25,7 +25,6 @@ bool SharpenWavefrontWide::prepare(int strength, int width) {
     const std::size_t size = static_cast<std::size_t>(steps_) * kLanes;
     raw_.assign(size, 0);
     known_.assign(size, 0);
-    out_.assign(size, 0);
     return true;
 }
 
@@ -160,7 +159,7 @@ BRINDLE_AVX2 void SharpenWavefrontWide::sweep() {
             limits(s, low, high);
             q = _mm256_max_epi16(_mm256_min_epi16(q, high), low);
         }
-        put(out_, s, q);
+        put(known_, s, q);  // the sum is used up: the result takes its place
         prevprev = prev;
         prev = l;
         last = q;
@@ -178,7 +177,7 @@ BRINDLE_AVX2 void SharpenWavefrontWide::storeLanes(std::uint8_t* const* rows) co
     for (int s0 = 0; s0 < steps_; s0 += 16) {
         __m128i in[16], out[16];
         for (int k = 0; k < 16; ++k) {
-            const __m256i v = at(out_, s0 + k);
+            const __m256i v = at(known_, s0 + k);
             in[k] = _mm_packus_epi16(_mm256_castsi256_si128(v), _mm256_extracti128_si256(v, 1));
         }
         transpose(in, out);

@@ -32,7 +32,10 @@ class SharpenWavefrontWide {
     int steps_ = 0;
     int centre_ = 0;
     LaneDivision division_;
-    std::vector<std::int16_t> raw_, known_, out_;  // per step sixteen lanes
+    // Per step sixteen lanes: the raw bytes, and the sums known before the
+    // sweep, which the sweep replaces by the sharpened bytes (one buffer
+    // less to keep in the cache).
+    std::vector<std::int16_t> raw_, known_;
 };
 
 }  // namespace brindle::effects
