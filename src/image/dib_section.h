@@ -182,6 +182,9 @@ class cDIBSection {
     int stride() const { return BytesPerScanLine(); }
     // Replaces every colour byte of every row by its table entry.
     void applyTable(const std::uint8_t (&table)[256], RowProgress& progress);
+    // A nearest-pixel shrink done in the object's own buffer; false (and
+    // nothing changed) when a row would overwrite a row still to be read.
+    bool shrinkInPlace(int width, int height);
     // This object becomes `other` (used by the geometry effects).
     void takeFrom(cDIBSection& other);
 

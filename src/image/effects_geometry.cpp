@@ -75,6 +75,7 @@ void cDIBSection::effectCut(int left, int top, int right, int bottom, ProgressWo
 
 void cDIBSection::effectGröße(int width, int height, ProgressWord* progress) {
     RowProgress rp(progress_, progress);
+    if (!empty() && shrinkInPlace(width, height)) return rp.done();
     cDIBSection sized;
     if (!empty() && sized.Create(width, height)) {
         StretchPicture(sized.hdc(), 0, 0, width, height, 0, 0, Width(), Height());

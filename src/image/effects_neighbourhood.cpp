@@ -9,6 +9,7 @@
 #include "image/effects_internal.h"
 #include "image/rounding.h"
 #include "image/sharpen_wavefront.h"
+#include "image/sharpen_wavefront_wide.h"
 
 namespace brindle {
 
@@ -99,6 +100,16 @@ void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress) {
     if (last >= 6 && table.build(static_cast<int>(centre), static_cast<int>(divisor))) {
         std::vector<int> partial(static_cast<std::size_t>(last) + 3);
         int y = 2;
+        effects::SharpenWavefrontWide wide;
+        if (effects::SharpenWavefrontWide::available() && wide.prepare(strength, Width())) {
+            constexpr int kLanes = effects::SharpenWavefrontWide::kLanes;
+            std::uint8_t* rows[kLanes + 2];
+            for (; y + kLanes - 1 <= Height() - 2; y += kLanes) {
+                for (int i = 0; i < kLanes + 2; ++i) rows[i] = rowBits(y - 1 + i);
+                wide.band(rows);
+                rp.step(y + kLanes - 1, Height());
+            }
+        }
         effects::SharpenWavefront wave;
         if (wave.prepare(strength, Width())) {
             constexpr int kLanes = effects::SharpenWavefront::kLanes;

@@ -10,6 +10,7 @@
 #include "image/dib_section.h"
 #include "image/effects_internal.h"
 #include "image/rounding.h"
+#include "image/pointwise_rows.h"
 
 namespace brindle {
 namespace effects {
@@ -22,6 +23,8 @@ std::mt19937& generator() {
 }
 
 using Table = std::uint8_t[256];
+
+}  // namespace
 
 void contrastTable(int c, Table& t) {
     int k = roundEven(c / 2.0) + 93;
@@ -39,8 +42,6 @@ void brightnessTable(int b, Table& t) {
         t[i] = static_cast<std::uint8_t>(v > 255 ? 255 : v);
     }
 }
-
-}  // namespace
 
 double rnd() { return std::generate_canonical<double, 32>(generator()); }
 
@@ -187,67 +188,13 @@ void cDIBSection::effectBlackAndWhite2(int threshold, ProgressWord* progress) {
     effectBlackAndWhite(threshold, progress);
 }
 
-namespace {
-
-template <int Mode>
-bool saturationSelects(int b, int g, int r) {
-    switch (Mode) {
-        case 1:
-            return r > g && r > b;
-        case 2:
-            return g > r && g > b;
-        case 4:
-            return b > r && b > g;
-        case 3:
-            return b < r || b < g;
-        case 5:
-            return g < r || g < b;
-        case 6:
-            return r < g || r < b;
-        default:
-            return true;
-    }
-}
-
-// table[mean x 256 + c] is the changed channel c of a pixel with that mean.
-template <int Mode>
-void saturateRows(cDIBSection& dib, const std::uint8_t* table, RowProgress& rp) {
-    std::uint8_t third[766];
-    for (int i = 0; i < 766; ++i) third[i] = static_cast<std::uint8_t>(roundEven(i / 3.0));
-    const int bytes = dib.Width() * 3;
-    for (int y = 0; y < dib.Height(); ++y) {
-        std::uint8_t* p = dib.rowBits(y);
-        for (int x = 0; x < bytes; x += 3) {
-            const int b = p[x], g = p[x + 1], r = p[x + 2];
-            if (!saturationSelects<Mode>(b, g, r)) continue;
-            const std::uint8_t* row = table + third[b + g + r] * 256;
-            p[x] = row[b];
-            p[x + 1] = row[g];
-            p[x + 2] = row[r];
-        }
-        rp.step(y, dib.Height());
-    }
-}
-
-}  // namespace
-
-// Each channel depends on itself and the pixel's mean only, so one table of
-// 256 x 256 holds every result, computed by the formula itself.
 void cDIBSection::effectFarbeSaturation(int percent, int mode, ProgressWord* progress) {
     RowProgress rp(progress_, progress);
-    if (mode < 1 || mode > 7) return rp.done();
-    const double factor = percent / 100.0;
-    std::vector<std::uint8_t> table(256 * 256);
-    for (int mean = 0; mean < 256; ++mean)
-        for (int c = 0; c < 256; ++c) table[mean * 256 + c] = roundClamp((c - mean) * factor + c);
-    switch (mode) {
-        case 1: saturateRows<1>(*this, table.data(), rp); break;
-        case 2: saturateRows<2>(*this, table.data(), rp); break;
-        case 3: saturateRows<3>(*this, table.data(), rp); break;
-        case 4: saturateRows<4>(*this, table.data(), rp); break;
-        case 5: saturateRows<5>(*this, table.data(), rp); break;
-        case 6: saturateRows<6>(*this, table.data(), rp); break;
-        default: saturateRows<7>(*this, table.data(), rp); break;
+    SaturationRow saturation;
+    if (!saturation.prepare(percent, mode)) return rp.done();
+    for (int y = 0; y < Height(); ++y) {
+        saturation.apply(rowBits(y), Width());
+        rp.step(y, Height());
     }
     rp.done();
 }

@@ -11,11 +11,14 @@ BatchResult runDesignBatch(const std::vector<std::string>& steps, const BatchOpt
         StepEnv env;
         env.mode = ChainMode::Batch;
         env.image.language = language;
-        for (const std::string& line : steps) {
-            const std::string name = stepName(line);
-            if (name.empty()) continue;  // a blank line is no step
+        for (std::size_t i = 0; i < steps.size();) {
+            const std::string name = stepName(steps[i]);
+            if (name.empty()) {  // a blank line is no step
+                ++i;
+                continue;
+            }
             step(name);
-            applyStep(dib, line, env);
+            i += applySteps(dib, steps, i, env);
         }
     };
     return runPictureBatch(options, work, prompter, language, callbacks);

@@ -8,9 +8,11 @@
 #include <thread>
 
 #include "image/filter_bank.h"
+#include "image/frame_plane.h"
 #include "image/picture_holder.h"
 #include "image/picture_io.h"
 #include "image/picture_limits.h"
+#include "image/pointwise_rows.h"
 #include "image/rounding.h"
 #include "studio/step_tokens.h"
 
@@ -187,15 +189,16 @@ bool loadFrameBackground(cDIBSection& back, const std::string& file, int w, int 
 }
 
 // The frame is drawn on a colour plane or a background picture of the
-// same size, and the picture is stretched into it inside the frame.
+// same size, and the picture is stretched into it inside the frame. On a
+// colour the shrink is done in the picture's own buffer.
 bool runFrame(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
     const int w = dib.Width(), h = dib.Height(), d = s.arg(3);
     const std::string file = frameFile(s.argumentText);
     cDIBSection back;
     const bool loaded = !file.empty() && file != ")" && loadFrameBackground(back, file, w, h, env);
     if (!loaded) {
-        if (!back.Create(w, h)) return false;
-        back.effectFarbfläche(s.colour(4));
+        if (frameOnColourInPlace(dib, s.colour(4), s.arg(1), s.arg(2), d, env.progress)) return true;
+        return frameOnColourPlane(dib, s.colour(4), s.arg(1), s.arg(2), d, env.progress);
     }
     back.effectRahmen(s.arg(1), s.arg(2), d, env.progress);
     back.StretchLoadPicture(dib.hdc(), d, d, w - 2 * d, h - 2 * d, 0, 0, w, h);
@@ -265,6 +268,29 @@ const StepKind* findKind(std::string_view name) {
     return nullptr;
 }
 
+// Steps that change each pixel on its own can share one pass over the rows.
+using StepJoin = void (*)(PointwiseRows&, const StepLine&, const StepEnv&);
+
+void joinContrast(PointwiseRows& rows, const StepLine& s, const StepEnv&) { rows.contrast(s.arg(1)); }
+
+void joinBrightness(PointwiseRows& rows, const StepLine& s, const StepEnv& env) {
+    if (!isTestView(env) && stepFlag(s, 2))
+        rows.brightness(s.arg(1));
+    else
+        rows.brightnessFlat(s.arg(1));
+}
+
+void joinColour(PointwiseRows& rows, const StepLine& s, const StepEnv&) {
+    rows.saturation(s.arg(1), s.arg(2));
+}
+
+StepJoin joinFor(std::string_view name) {
+    if (name == "Kontrast") return joinContrast;
+    if (name == "Helligkeit") return joinBrightness;
+    if (name == "Color") return joinColour;
+    return nullptr;
+}
+
 // The name is the text before the bracket, so that names holding a blank
 // ("3D Effekt") are found; a line that does not name a step that way is
 // taken by its first part, as the splitter gives it.
@@ -305,8 +331,28 @@ bool applyStep(cDIBSection& dib, std::string_view line, const StepEnv& env) {
     return kind->run(dib, parsed, env);
 }
 
+std::size_t applySteps(cDIBSection& dib, const std::vector<std::string>& lines, std::size_t from,
+                       const StepEnv& env) {
+    if (from >= lines.size()) return 0;
+    PointwiseRows rows;
+    std::size_t count = 0;
+    for (; from + count < lines.size(); ++count) {
+        StepLine parsed;
+        const StepKind* kind = parseLine(lines[from + count], parsed);
+        const StepJoin join = kind ? joinFor(kind->name) : nullptr;
+        if (!join) break;
+        join(rows, parsed, env);
+    }
+    if (count < 2 || dib.empty()) {
+        applyStep(dib, lines[from], env);
+        return 1;
+    }
+    rows.run(dib, env.progress);
+    return count;
+}
+
 void applyChain(cDIBSection& dib, const std::vector<std::string>& lines, const StepEnv& env) {
-    for (const std::string& line : lines) applyStep(dib, line, env);
+    for (std::size_t i = 0; i < lines.size();) i += applySteps(dib, lines, i, env);
 }
 
 }  // namespace brindle::studio

@@ -7,6 +7,7 @@
 #include "image/dib_section.h"
 #include "image/image_compare.h"
 #include "image/sharpen_wavefront.h"
+#include "image/sharpen_wavefront_wide.h"
 
 namespace brindle {
 namespace {
@@ -61,6 +62,14 @@ TEST(SharpenWavefront, PreparesOnlyStrengthsTheLanesHold) {
     EXPECT_TRUE(wave.prepare(5, 4));
 }
 
+TEST(SharpenWavefront, WideBandPreparesWhatTheNarrowOneDoes) {
+    effects::SharpenWavefrontWide wide;
+    effects::SharpenWavefront narrow;
+    for (const auto& [strength, width] : {std::pair{-6, 100}, {104, 100}, {105, 100}, {-7, 100},
+                                          {-8, 100}, {5, 3}, {5, 4}, {0, 4000}})
+        EXPECT_EQ(narrow.prepare(strength, width), wide.prepare(strength, width)) << strength;
+}
+
 cDIBSection flat(int w, int h, std::uint8_t v) {
     cDIBSection d;
     d.Create(w, h);
@@ -79,10 +88,11 @@ cDIBSection extremes(int w, int h, unsigned seed) {
 
 TEST(SharpenWavefront, BandsGiveTheFormulasBytes) {
     // Widths around the transpose blocks and tiny ones; heights with and
-    // without rows left over after the bands of eight.
+    // without rows left over after the bands of sixteen and of eight.
     const std::pair<int, int> sizes[] = {{4, 11}, {5, 10}, {6, 12}, {7, 19}, {8, 18}, {13, 27},
                                          {16, 11}, {17, 26}, {21, 35}, {33, 12}, {64, 30},
-                                         {101, 43}, {4, 3}, {9, 9}};
+                                         {101, 43}, {4, 3}, {9, 9}, {5, 19}, {40, 50},
+                                         {200, 37}, {11, 34}};
     unsigned seed = 7;
     for (const auto& [w, h] : sizes)
         for (int strength : {-6, -5, -1, 0, 1, 5, 9, 50, 99, 100, 103, 104, 105}) {

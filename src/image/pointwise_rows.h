@@ -1,0 +1,54 @@
+// Pointwise effects (each byte or pixel depends only on itself) as work on
+// one row at a time, so that several of them run over a row while it is
+// still in the cache. The bytes equal those of the effects run one after
+// another over the whole picture.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "image/dib_section.h"
+#include "image/progress.h"
+#include "image/saturation_lanes.h"
+
+namespace brindle {
+
+// The saturation of one row, as effectFarbeSaturation does it.
+class SaturationRow {
+  public:
+    // False for a mode outside 1 .. 7, which changes nothing.
+    bool prepare(int percent, int mode);
+    void apply(std::uint8_t* row, int width) const;
+
+  private:
+    int mode_ = 0;
+    std::vector<std::uint8_t> table_;  // entry mean x 256 + channel
+    bool lanes_ = false;
+    effects::SaturationSplit split_;
+};
+
+class PointwiseRows {
+  public:
+    PointwiseRows();
+    ~PointwiseRows();
+    PointwiseRows(const PointwiseRows&) = delete;
+    PointwiseRows& operator=(const PointwiseRows&) = delete;
+
+    // The steps, in order, each as the effect named beside it.
+    void contrast(int contrast);              // effectKontrastBits
+    void brightness(int brightness);          // effectBrightnessBits
+    void brightnessFlat(int brightness);      // effectBrightnessBitsFast
+    void saturation(int percent, int mode);   // effectFarbeSaturation
+    std::size_t size() const;
+
+    // Runs every step on each row in turn; the progress word follows the rows.
+    void run(cDIBSection& dib, ProgressWord* progress = nullptr) const;
+
+  private:
+    struct Step;
+    void addTable(const std::uint8_t (&table)[256], bool flat);
+    std::vector<std::unique_ptr<Step>> steps_;
+};
+
+}  // namespace brindle

@@ -1,0 +1,84 @@
+// Steps that change each pixel on their own run together, row by row: the
+// same bytes (pad bytes included) as the steps one after another.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "image/image_compare.h"
+#include "studio/design_chain.h"
+
+namespace brindle::studio {
+namespace {
+
+using test::noisePicture;
+
+StepEnv envFor(ChainMode mode) {
+    StepEnv env;
+    env.mode = mode;
+    return env;
+}
+
+// Pad bytes that are not zero, so that a step touching them shows.
+cDIBSection dirtyPads(int w, int h, unsigned seed) {
+    cDIBSection dib = noisePicture(w, h, seed);
+    for (int y = 0; y < h; ++y)
+        for (int i = w * 3; i < dib.BytesPerScanLine(); ++i) dib.rowBits(y)[i] = static_cast<std::uint8_t>(7 * i + y);
+    return dib;
+}
+
+::testing::AssertionResult sameBytes(const cDIBSection& a, const cDIBSection& b) {
+    const std::size_t n = static_cast<std::size_t>(a.BytesPerScanLine()) * a.Height();
+    if (a.Width() != b.Width() || a.Height() != b.Height()) return ::testing::AssertionFailure() << "sizes differ";
+    for (std::size_t i = 0; i < n; ++i)
+        if (a.DIBSectionBitsPtr()[i] != b.DIBSectionBitsPtr()[i])
+            return ::testing::AssertionFailure() << "byte " << i << ": " << int(a.DIBSectionBitsPtr()[i])
+                                                 << " against " << int(b.DIBSectionBitsPtr()[i]);
+    return ::testing::AssertionSuccess();
+}
+
+TEST(DesignChainRows, RunsOfPointwiseStepsEqualTheStepsOneByOne) {
+    const std::vector<std::vector<std::string>> lists = {
+        {"Kontrast(20)", "Helligkeit(10,0)", "Color(120,7)", "Schärfen(5)"},
+        {"Helligkeit(10,1)", "Kontrast(-40)", "Color(110,1)", "Color(50,3)"},
+        {"Color(120,7)", "Helligkeit(-30,0)", "Helligkeit(25,0)", "Kontrast(300)"},
+        {"Kontrast(20)", "Color(115,9)", "Helligkeit(10,1)", "Emboss", "Kontrast(5)", "Color(-75,6)"},
+        {"Color(0,2)", "Color(12900,4)", "Helligkeit(100,0)", "Color(333,5)"},
+    };
+    const std::pair<int, int> sizes[] = {{1, 1}, {2, 3}, {3, 2}, {5, 7}, {16, 2}, {17, 5}, {33, 9}, {50, 4}};
+    unsigned seed = 1;
+    for (const ChainMode mode : {ChainMode::Batch, ChainMode::TestView})
+        for (const auto& lines : lists)
+            for (const auto& [w, h] : sizes) {
+                SCOPED_TRACE(testing::Message() << w << "x" << h << " " << lines[0] << " " << lines[1]
+                                                << " test view " << (mode == ChainMode::TestView));
+                const StepEnv env = envFor(mode);
+                const cDIBSection in = dirtyPads(w, h, seed++);
+                cDIBSection together = in, oneByOne = in;
+                applyChain(together, lines, env);
+                for (const std::string& line : lines) applyStep(oneByOne, line, env);
+                ASSERT_TRUE(sameBytes(oneByOne, together));
+            }
+}
+
+TEST(DesignChainRows, SaysHowManyLinesItRan) {
+    const std::vector<std::string> lines = {"Kontrast(20)", "Helligkeit(10,0)", "Color(120,7)",
+                                            "Emboss", "Color(120,7)", "", "Kontrast(3)", "Gamma(150)"};
+    const StepEnv env = envFor(ChainMode::Batch);
+    cDIBSection dib = noisePicture(20, 10, 5);
+    ProgressWord progress;
+    StepEnv watched = env;
+    watched.progress = &progress;
+    EXPECT_EQ(3u, applySteps(dib, lines, 0, watched));
+    EXPECT_EQ(100, progress.load());
+    EXPECT_EQ(1u, applySteps(dib, lines, 3, env));
+    EXPECT_EQ(1u, applySteps(dib, lines, 4, env));  // a blank line ends a run
+    EXPECT_EQ(1u, applySteps(dib, lines, 5, env));
+    EXPECT_EQ(1u, applySteps(dib, lines, 6, env));
+    EXPECT_EQ(0u, applySteps(dib, lines, 8, env));
+    cDIBSection empty;
+    EXPECT_EQ(1u, applySteps(empty, lines, 0, env));
+    EXPECT_TRUE(empty.empty());
+}
+
+}  // namespace
+}  // namespace brindle::studio
