@@ -2,6 +2,8 @@
 #include "studio/batch_run.h"
 #include "studio/design_chain.h"
 
+#include <algorithm>
+
 namespace brindle::studio {
 
 BatchResult runDesignBatch(const std::vector<std::string>& steps, const BatchOptions& options,
@@ -18,7 +20,11 @@ BatchResult runDesignBatch(const std::vector<std::string>& steps, const BatchOpt
                 continue;
             }
             step(name);
-            i += applySteps(dib, steps, i, env);
+            const std::size_t used = std::max<std::size_t>(1, applySteps(dib, steps, i, env));
+            // Steps run together in one pass still each get their status line.
+            for (std::size_t k = i + 1; k < i + used; ++k)
+                if (const std::string next = stepName(steps[k]); !next.empty()) step(next);
+            i += used;
         }
     };
     return runPictureBatch(options, work, prompter, language, callbacks);

@@ -474,7 +474,8 @@ TEST_F(BatchRunTest, APictureListedTwiceIsWorkedOnItsFirstResult) {
 // strength, the size step in percent; the status names each step.
 TEST_F(BatchRunTest, TheDesignBatchRunsTheLinesInBatchModeAndNamesEachStep) {
     const std::string src = jpeg("photos/Strand.jpg", 80, 60);
-    const std::vector<std::string> steps = {"Kontrast(20)", "Schärfen(5)", "3D Effekt(4)", "",
+    // Contrast and brightness run in one pass, and still each name their step.
+    const std::vector<std::string> steps = {"Kontrast(20)", "Helligkeit(10,1)", "Schärfen(5)", "3D Effekt(4)", "",
                                             "Größe(0,0,50,50,1)"};
     cDIBSection expected = loaded(src);
     studio::StepEnv env;
@@ -490,7 +491,7 @@ TEST_F(BatchRunTest, TheDesignBatchRunsTheLinesInBatchModeAndNamesEachStep) {
     EXPECT_EQ(rec.result.written, std::vector<std::string>{path("out/Strand_design.jpg")});
     EXPECT_EQ(rec.events,
               (std::vector<std::string>{"progress 0/1", "status " + src, "status " + src + ": Kontrast",
-                                        "status " + src + ": Schärfen", "status " + src + ": 3D Effekt",
+                                        "status " + src + ": Helligkeit", "status " + src + ": Schärfen", "status " + src + ": 3D Effekt",
                                         "status " + src + ": Größe", "preview 40x30", "progress 1/1"}));
     EXPECT_TRUE(sameBytes(encoded(expected), readBytes("out/Strand_design.jpg")));
 }
