@@ -23,6 +23,7 @@
 namespace brindle {
 
 class PictureHolder;
+class RowFeed;
 
 // The 40-byte bitmap info header of the section, as a packed DIB holds it.
 struct BitmapInfoHeader {
@@ -144,7 +145,9 @@ class cDIBSection {
     // --- neighbourhood and remapping effects (effects_neighbourhood.cpp) ---
     void effectEmbossBits(ProgressWord* progress = nullptr);
     void effectSchärfenBits(ProgressWord* progress = nullptr);
-    void effectSchärfen2(int strength, ProgressWord* progress = nullptr);
+    // With a feed, each row is asked for before the sharpening first reads it
+    // and every row has been asked for at the end.
+    void effectSchärfen2(int strength, ProgressWord* progress = nullptr, RowFeed* feed = nullptr);
     void effectWeichzeichnen(int unused, ProgressWord* progress = nullptr);
     void effectFrostglas(int strength, ProgressWord* progress = nullptr);
     void effect3D(int depth, ProgressWord* progress = nullptr);

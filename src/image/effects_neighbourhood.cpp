@@ -8,6 +8,7 @@
 #include "image/dib_section.h"
 #include "image/effects_internal.h"
 #include "image/rounding.h"
+#include "image/row_feed.h"
 #include "image/sharpen_wavefront.h"
 #include "image/sharpen_wavefront_wide.h"
 
@@ -90,48 +91,61 @@ void sharpenRow(std::uint8_t* p, const std::uint8_t* lo, const std::uint8_t* hi,
 
 }  // namespace
 
-void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress) {
-    RowProgress rp(progress_, progress);
-    const long long divisor = static_cast<long long>(strength) + 8;
-    if (divisor == 0) return rp.done();
-    const long long centre = static_cast<long long>(strength) + 24;
-    const int last = Width() * 3 - 6;
-    SharpenTable table;
-    if (last >= 6 && table.build(static_cast<int>(centre), static_cast<int>(divisor))) {
-        std::vector<int> partial(static_cast<std::size_t>(last) + 3);
-        int y = 2;
-        effects::SharpenWavefrontWide wide;
-        if (effects::SharpenWavefrontWide::available() && wide.prepare(strength, Width())) {
-            constexpr int kLanes = effects::SharpenWavefrontWide::kLanes;
-            std::uint8_t* rows[kLanes + 2];
-            for (; y + kLanes - 1 <= Height() - 2; y += kLanes) {
-                for (int i = 0; i < kLanes + 2; ++i) rows[i] = rowBits(y - 1 + i);
-                wide.band(rows);
-                rp.step(y + kLanes - 1, Height());
-            }
-        }
-        effects::SharpenWavefront wave;
-        if (wave.prepare(strength, Width())) {
-            constexpr int kLanes = effects::SharpenWavefront::kLanes;
-            std::uint8_t* rows[kLanes + 2];
-            for (; y + kLanes - 1 <= Height() - 2; y += kLanes) {
-                for (int i = 0; i < kLanes + 2; ++i) rows[i] = rowBits(y - 1 + i);
-                wave.band(rows);
-                rp.step(y + kLanes - 1, Height());
-            }
-        }
-        for (; y <= Height() - 2; ++y) {
-            sharpenRow(rowBits(y), rowBits(y - 1), rowBits(y + 1), last, static_cast<int>(centre),
-                       table, partial);
-            rp.step(y, Height());
-        }
-        return rp.done();
+namespace {
+
+// Asks the feed for rows only when there is one.
+struct FeedRows {
+    RowFeed* feed;
+    void upTo(int row) const {
+        if (feed) feed->upTo(row);
     }
-    // Strengths no control gives: the formula itself, in 64 bits.
-    for (int y = 2; y <= Height() - 2; ++y) {
-        std::uint8_t* p = rowBits(y);
-        const std::uint8_t* lo = rowBits(y - 1);
-        const std::uint8_t* hi = rowBits(y + 1);
+};
+
+// Bands of rows: sixteen in AVX2 lanes, then eight, then one at a time. A
+// band reads from the row below its first to the row above its last.
+void sharpenBands(cDIBSection& d, int strength, const SharpenTable& table, const FeedRows& feed,
+                  RowProgress& rp) {
+    const int height = d.Height();
+    const int last = d.Width() * 3 - 6;
+    const int centre = strength + 24;
+    std::vector<int> partial(static_cast<std::size_t>(last) + 3);
+    int y = 2;
+    effects::SharpenWavefrontWide wide;
+    if (effects::SharpenWavefrontWide::available() && wide.prepare(strength, d.Width())) {
+        constexpr int kLanes = effects::SharpenWavefrontWide::kLanes;
+        std::uint8_t* rows[kLanes + 2];
+        for (; y + kLanes - 1 <= height - 2; y += kLanes) {
+            feed.upTo(y + kLanes);
+            for (int i = 0; i < kLanes + 2; ++i) rows[i] = d.rowBits(y - 1 + i);
+            wide.band(rows);
+            rp.step(y + kLanes - 1, height);
+        }
+    }
+    effects::SharpenWavefront wave;
+    if (wave.prepare(strength, d.Width())) {
+        constexpr int kLanes = effects::SharpenWavefront::kLanes;
+        std::uint8_t* rows[kLanes + 2];
+        for (; y + kLanes - 1 <= height - 2; y += kLanes) {
+            feed.upTo(y + kLanes);
+            for (int i = 0; i < kLanes + 2; ++i) rows[i] = d.rowBits(y - 1 + i);
+            wave.band(rows);
+            rp.step(y + kLanes - 1, height);
+        }
+    }
+    for (; y <= height - 2; ++y) {
+        feed.upTo(y + 1);
+        sharpenRow(d.rowBits(y), d.rowBits(y - 1), d.rowBits(y + 1), last, centre, table, partial);
+        rp.step(y, height);
+    }
+}
+
+// Strengths no control gives: the formula itself, in 64 bits.
+void sharpenPlain(cDIBSection& d, long long centre, long long divisor, RowProgress& rp) {
+    const int last = d.Width() * 3 - 6;
+    for (int y = 2; y <= d.Height() - 2; ++y) {
+        std::uint8_t* p = d.rowBits(y);
+        const std::uint8_t* lo = d.rowBits(y - 1);
+        const std::uint8_t* hi = d.rowBits(y + 1);
         for (int x = 6; x <= last; x += 3) {
             for (int c = x; c < x + 3; ++c) {
                 const long long s = lo[c - 3] + lo[c] + lo[c + 3] + p[c - 3] + p[c + 3] +
@@ -140,8 +154,26 @@ void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress) {
                 p[c] = static_cast<std::uint8_t>(q < 0 ? 0 : (q > 255 ? 255 : q));
             }
         }
-        rp.step(y, Height());
+        rp.step(y, d.Height());
     }
+}
+
+}  // namespace
+
+void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress, RowFeed* feed) {
+    RowProgress rp(progress_, progress);
+    const FeedRows rows{feed};
+    const long long divisor = static_cast<long long>(strength) + 8;
+    const long long centre = static_cast<long long>(strength) + 24;
+    const int last = Width() * 3 - 6;
+    SharpenTable table;
+    if (divisor != 0 && last >= 6 && table.build(static_cast<int>(centre), static_cast<int>(divisor))) {
+        sharpenBands(*this, strength, table, rows, rp);
+    } else if (divisor != 0) {
+        rows.upTo(Height() - 1);
+        sharpenPlain(*this, centre, divisor, rp);
+    }
+    rows.upTo(Height() - 1);
     rp.done();
 }
 

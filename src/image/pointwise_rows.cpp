@@ -139,56 +139,65 @@ void PointwiseRows::saturation(int percent, int mode) {
     if (step->saturation.prepare(percent, mode)) steps_.push_back(std::move(step));
 }
 
-namespace {
-
 // A colour-byte table followed or preceded by a flat one: on rows the flat
 // range covers whole, the colour bytes take both tables at once and the pad
 // bytes the flat one only.
-struct TablePair {
+struct PointwiseFeed::TablePair {
     std::unique_ptr<ByteTable> both;
     std::size_t first = 0;  // index of the pair's first step
 };
 
-}  // namespace
+PointwiseFeed::PointwiseFeed(const PointwiseRows& rows, cDIBSection& dib)
+    : steps_(rows.steps_), dib_(dib) {
+    for (std::size_t i = 0; i < steps_.size(); ++i) {
+        const PointwiseRows::Step& step = *steps_[i];
+        lookups_.push_back(step.isTable ? std::make_unique<ByteTable>(step.table) : nullptr);
+        if (i == 0 || !step.isTable || !steps_[i - 1]->isTable) continue;
+        if (!pairs_.empty() && pairs_.back().first + 1 == i - 1) continue;  // pairs never overlap
+        std::uint8_t both[256];
+        for (int v = 0; v < 256; ++v) both[v] = step.table[steps_[i - 1]->table[v]];
+        pairs_.push_back({std::make_unique<ByteTable>(both), i - 1});
+    }
+}
+
+PointwiseFeed::~PointwiseFeed() = default;
+
+void PointwiseFeed::upTo(int row) {
+    for (row = std::min(row, dib_.Height() - 1); done_ <= row; ++done_) applyRow(done_);
+}
+
+void PointwiseFeed::applyRow(int y) {
+    const std::size_t stride = static_cast<std::size_t>(dib_.BytesPerScanLine());
+    const std::size_t colours = static_cast<std::size_t>(dib_.Width()) * 3;
+    const std::size_t flatEnd = static_cast<std::size_t>(dib_.Height() - 1) * (stride - 1) + 1;
+    std::uint8_t* row = dib_.rowBits(y);
+    const std::size_t start = static_cast<std::size_t>(y) * stride;
+    const std::size_t flatBytes = flatEnd > start ? std::min(stride, flatEnd - start) : 0;
+    auto pair = pairs_.begin();
+    for (std::size_t i = 0; i < steps_.size(); ++i) {
+        if (pair != pairs_.end() && pair->first == i && flatBytes == stride) {
+            pair->both->apply(row, colours);
+            const std::size_t flat = steps_[i]->flat ? i : i + 1;
+            lookups_[flat]->apply(row + colours, stride - colours);
+            ++pair;
+            ++i;
+            continue;
+        }
+        if (pair != pairs_.end() && pair->first == i) ++pair;
+        if (!steps_[i]->isTable)
+            steps_[i]->saturation.apply(row, dib_.Width());
+        else
+            lookups_[i]->apply(row, steps_[i]->flat ? flatBytes : colours);
+    }
+}
 
 void PointwiseRows::run(cDIBSection& dib, ProgressWord* progress) const {
     ProgressWord own;
     RowProgress rp(own, progress);
     if (dib.empty()) return rp.done();
-    std::vector<std::unique_ptr<ByteTable>> lookups;
-    std::vector<TablePair> pairs;
-    for (std::size_t i = 0; i < steps_.size(); ++i) {
-        const Step& step = *steps_[i];
-        lookups.push_back(step.isTable ? std::make_unique<ByteTable>(step.table) : nullptr);
-        if (i == 0 || !step.isTable || !steps_[i - 1]->isTable) continue;
-        if (!pairs.empty() && pairs.back().first + 1 == i - 1) continue;  // pairs never overlap
-        std::uint8_t both[256];
-        for (int v = 0; v < 256; ++v) both[v] = step.table[steps_[i - 1]->table[v]];
-        pairs.push_back({std::make_unique<ByteTable>(both), i - 1});
-    }
-    const std::size_t stride = static_cast<std::size_t>(dib.BytesPerScanLine());
-    const std::size_t colours = static_cast<std::size_t>(dib.Width()) * 3;
-    const std::size_t flatEnd = static_cast<std::size_t>(dib.Height() - 1) * (stride - 1) + 1;
+    PointwiseFeed feed(*this, dib);
     for (int y = 0; y < dib.Height(); ++y) {
-        std::uint8_t* row = dib.rowBits(y);
-        const std::size_t start = static_cast<std::size_t>(y) * stride;
-        const std::size_t flatBytes = flatEnd > start ? std::min(stride, flatEnd - start) : 0;
-        auto pair = pairs.begin();
-        for (std::size_t i = 0; i < steps_.size(); ++i) {
-            if (pair != pairs.end() && pair->first == i && flatBytes == stride) {
-                pair->both->apply(row, colours);
-                const std::size_t flat = steps_[i]->flat ? i : i + 1;
-                lookups[flat]->apply(row + colours, stride - colours);
-                ++pair;
-                ++i;
-                continue;
-            }
-            if (pair != pairs.end() && pair->first == i) ++pair;
-            if (!steps_[i]->isTable)
-                steps_[i]->saturation.apply(row, dib.Width());
-            else
-                lookups[i]->apply(row, steps_[i]->flat ? flatBytes : colours);
-        }
+        feed.upTo(y);
         rp.step(y, dib.Height());
     }
     rp.done();

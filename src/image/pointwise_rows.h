@@ -10,9 +10,12 @@
 
 #include "image/dib_section.h"
 #include "image/progress.h"
+#include "image/row_feed.h"
 #include "image/saturation_lanes.h"
 
 namespace brindle {
+
+class ByteTable;
 
 // The saturation of one row, as effectFarbeSaturation does it.
 class SaturationRow {
@@ -46,9 +49,32 @@ class PointwiseRows {
     void run(cDIBSection& dib, ProgressWord* progress = nullptr) const;
 
   private:
+    friend class PointwiseFeed;
     struct Step;
     void addTable(const std::uint8_t (&table)[256], bool flat);
     std::vector<std::unique_ptr<Step>> steps_;
+};
+
+// The steps as work a row at a time for an effect that asks for rows as it
+// goes (the sharpening); the picture's empty() must be false.
+class PointwiseFeed : public RowFeed {
+  public:
+    PointwiseFeed(const PointwiseRows& rows, cDIBSection& dib);
+    ~PointwiseFeed() override;
+    PointwiseFeed(const PointwiseFeed&) = delete;
+    PointwiseFeed& operator=(const PointwiseFeed&) = delete;
+
+    void upTo(int row) override;
+
+  private:
+    struct TablePair;
+    void applyRow(int y);
+
+    const std::vector<std::unique_ptr<PointwiseRows::Step>>& steps_;
+    cDIBSection& dib_;
+    std::vector<std::unique_ptr<ByteTable>> lookups_;
+    std::vector<TablePair> pairs_;
+    int done_ = 0;  // rows below this one have had the steps
 };
 
 }  // namespace brindle

@@ -3,6 +3,7 @@
 // asks available() first.
 #include "image/sharpen_wavefront_wide.h"
 
+#include <algorithm>
 #include <cstring>
 
 #if defined(__x86_64__) || defined(__i386__)
@@ -22,9 +23,8 @@ bool SharpenWavefrontWide::prepare(int strength, int width) {
     centre_ = static_cast<int>(centre);
     lastStep_ = bytes_ - 4 + 6 * (kLanes - 1);
     steps_ = (lastStep_ + 1 + 16 + 15) / 16 * 16;
-    const std::size_t size = static_cast<std::size_t>(steps_) * kLanes;
-    raw_.assign(size, 0);
-    known_.assign(size, 0);
+    raw_.assign(static_cast<std::size_t>(kPiece + 16) * kLanes, 0);
+    known_.assign(static_cast<std::size_t>(kPiece) * kLanes, 0);
     return true;
 }
 
@@ -90,46 +90,67 @@ BRINDLE_AVX2 void transpose(const __m128i in[16], __m128i out[16]) {
 
 }  // namespace
 
-BRINDLE_AVX2 void SharpenWavefrontWide::loadLanes(std::uint8_t* const* rows) {
-    for (int s0 = 0; s0 < steps_; s0 += 16) {
+// What the sums and the sweep carry from one piece of the band to the next:
+// per chain of steps (s mod 3) the last vectors they saw.
+struct SumCarry {
+    __m256i now[3], back[3];
+};
+struct SharpenWavefrontWide::SweepCarry {
+    __m256i last[3], prev[3], prevprev[3];
+};
+
+BRINDLE_AVX2 void SharpenWavefrontWide::loadLanes(std::uint8_t* const* rows, int from, int to,
+                                                  int base) {
+    for (int s0 = from; s0 < to; s0 += 16) {
         __m128i in[16], out[16];
         for (int lane = 0; lane < kLanes; ++lane)
             in[lane] = loadSixteen(rows[1 + lane], s0 - 6 * lane, bytes_);
         transpose(in, out);
-        for (int k = 0; k < 16; ++k) put(raw_, s0 + k, _mm256_cvtepu8_epi16(out[k]));
+        for (int k = 0; k < 16; ++k) put(raw_, s0 + k - base, _mm256_cvtepu8_epi16(out[k]));
     }
 }
 
-BRINDLE_AVX2 void SharpenWavefrontWide::buildSums(const std::uint8_t* below,
-                                                  const std::uint8_t* above) {
-    const int aboveSkew = 6 * (kLanes - 1);
-    const auto over = [&](int t) BRINDLE_AVX2 {
-        const int c = t - aboveSkew;
-        const int top = c >= 0 && c < bytes_ ? above[c] : 0;
-        return _mm256_insert_epi16(laneDown(at(raw_, t + 6)), static_cast<short>(top), kLanes - 1);
-    };
-    const __m256i centre = _mm256_set1_epi16(static_cast<short>(centre_));
-    const __m256i zero = _mm256_setzero_si256();
+namespace {
+
+// Lanes moved one row up with the row above's byte t - 90 in the top lane.
+BRINDLE_AVX2 inline __m256i overAt(const std::vector<std::int16_t>& raw, int t, int base,
+                                   const std::uint8_t* above, int bytes) {
+    const int c = t - 6 * (SharpenWavefrontWide::kLanes - 1);
+    const int top = c >= 0 && c < bytes ? above[c] : 0;
+    return _mm256_insert_epi16(laneDown(at(raw, t + 6 - base)), static_cast<short>(top),
+                               SharpenWavefrontWide::kLanes - 1);
+}
+
+}  // namespace
+
+BRINDLE_AVX2 static void buildSumsPiece(const std::vector<std::int16_t>& raw,
+                                        std::vector<std::int16_t>& known, int base, int end,
+                                        const std::uint8_t* below, const std::uint8_t* above,
+                                        int bytes, int centreValue, SumCarry& carry) {
+    const __m256i centre = _mm256_set1_epi16(static_cast<short>(centreValue));
+    __m256i n0 = carry.now[0], n1 = carry.now[1], n2 = carry.now[2];
+    __m256i b0 = carry.back[0], b1 = carry.back[1], b2 = carry.back[2];
     const auto step = [&](int s, __m256i& now, __m256i& back) BRINDLE_AVX2 {
-        const int below3 = s >= 6 && s <= bytes_ - 4 ? below[s - 3] + below[s] + below[s + 3] : 0;
-        const __m256i ahead = over(s + 3);
-        __m256i sum = _mm256_add_epi16(at(raw_, s + 3),
+        const int below3 = s >= 6 && s <= bytes - 4 ? below[s - 3] + below[s] + below[s + 3] : 0;
+        const __m256i ahead = overAt(raw, s + 3, base, above, bytes);
+        __m256i sum = _mm256_add_epi16(at(raw, s + 3 - base),
                                        _mm256_zextsi128_si256(_mm_cvtsi32_si128(below3)));
         sum = _mm256_add_epi16(sum, _mm256_add_epi16(_mm256_add_epi16(back, now), ahead));
-        put(known_, s,
-            _mm256_sub_epi16(_mm256_mullo_epi16(at(raw_, s), centre), _mm256_slli_epi16(sum, 1)));
+        put(known, s - base,
+            _mm256_sub_epi16(_mm256_mullo_epi16(at(raw, s - base), centre),
+                             _mm256_slli_epi16(sum, 1)));
         back = now;
         now = ahead;
     };
-    __m256i n0 = over(0), n1 = over(1), n2 = over(2), b0 = zero, b1 = zero, b2 = zero;
-    for (int s = 0; s <= lastStep_; s += 3) {
+    for (int s = base; s < end; s += 3) {
         step(s, n0, b0);
         step(s + 1, n1, b1);
         step(s + 2, n2, b2);
     }
+    carry = SumCarry{{n0, n1, n2}, {b0, b1, b2}};
 }
 
-BRINDLE_AVX2 void SharpenWavefrontWide::sweep() {
+BRINDLE_AVX2 void SharpenWavefrontWide::sweepPiece(int base, int end, SweepCarry& carry) {
     const __m256i multiplier = _mm256_set1_epi16(static_cast<short>(division_.multiplier));
     const __m128i shift = _mm_cvtsi32_si128(division_.shift);
     const __m256i zero = _mm256_setzero_si256();
@@ -142,14 +163,14 @@ BRINDLE_AVX2 void SharpenWavefrontWide::sweep() {
             inside[i] = c >= 6 && c <= lastFull ? -1 : 0;
         }
         const __m256i mask = _mm256_load_si256(reinterpret_cast<const __m256i*>(inside));
-        low = _mm256_andnot_si256(mask, at(raw_, s));
+        low = _mm256_andnot_si256(mask, at(raw_, s - base));
         high = _mm256_or_si256(low, _mm256_and_si256(mask, top));
     };
     const auto step = [&](int s, __m256i& last, __m256i& prev, __m256i& prevprev) BRINDLE_AVX2 {
         const __m256i l = last;
         const __m256i down = _mm256_add_epi16(l, _mm256_add_epi16(prev, prevprev));
         const __m256i x = _mm256_add_epi16(laneUp(down), l);
-        __m256i n = _mm256_sub_epi16(at(known_, s), _mm256_add_epi16(x, x));
+        __m256i n = _mm256_sub_epi16(at(known_, s - base), _mm256_add_epi16(x, x));
         n = _mm256_max_epi16(n, zero);
         __m256i q = _mm256_srl_epi16(_mm256_mulhi_epu16(n, multiplier), shift);
         if (s >= firstFull && s <= lastFull) {
@@ -159,25 +180,28 @@ BRINDLE_AVX2 void SharpenWavefrontWide::sweep() {
             limits(s, low, high);
             q = _mm256_max_epi16(_mm256_min_epi16(q, high), low);
         }
-        put(known_, s, q);  // the sum is used up: the result takes its place
+        put(known_, s - base, q);  // the sum is used up: the result takes its place
         prevprev = prev;
         prev = l;
         last = q;
     };
-    __m256i l0 = zero, l1 = zero, l2 = zero, p0 = zero, p1 = zero, p2 = zero, pp0 = zero,
-            pp1 = zero, pp2 = zero;
-    for (int s = 0; s <= lastStep_; s += 3) {
+    __m256i l0 = carry.last[0], l1 = carry.last[1], l2 = carry.last[2];
+    __m256i p0 = carry.prev[0], p1 = carry.prev[1], p2 = carry.prev[2];
+    __m256i pp0 = carry.prevprev[0], pp1 = carry.prevprev[1], pp2 = carry.prevprev[2];
+    for (int s = base; s < end; s += 3) {
         step(s, l0, p0, pp0);
         step(s + 1, l1, p1, pp1);
         step(s + 2, l2, p2, pp2);
     }
+    carry = SweepCarry{{l0, l1, l2}, {p0, p1, p2}, {pp0, pp1, pp2}};
 }
 
-BRINDLE_AVX2 void SharpenWavefrontWide::storeLanes(std::uint8_t* const* rows) const {
-    for (int s0 = 0; s0 < steps_; s0 += 16) {
+BRINDLE_AVX2 void SharpenWavefrontWide::storeLanes(std::uint8_t* const* rows, int from, int to,
+                                                   int base) const {
+    for (int s0 = from; s0 < to; s0 += 16) {
         __m128i in[16], out[16];
         for (int k = 0; k < 16; ++k) {
-            const __m256i v = at(known_, s0 + k);
+            const __m256i v = at(known_, s0 + k - base);
             in[k] = _mm_packus_epi16(_mm256_castsi256_si128(v), _mm256_extracti128_si256(v, 1));
         }
         transpose(in, out);
@@ -196,11 +220,27 @@ BRINDLE_AVX2 void SharpenWavefrontWide::storeLanes(std::uint8_t* const* rows) co
     }
 }
 
-void SharpenWavefrontWide::band(std::uint8_t* const* rows) {
-    loadLanes(rows);
-    buildSums(rows[0], rows[kLanes + 1]);
-    sweep();
-    storeLanes(rows);
+// The band goes along in pieces of kPiece steps so that its lane buffers stay
+// in the first-level cache; the sixteen steps the sums look ahead into the
+// next piece are kept rather than transposed again.
+BRINDLE_AVX2 void SharpenWavefrontWide::band(std::uint8_t* const* rows) {
+    const __m256i zero = _mm256_setzero_si256();
+    SumCarry sums{{zero, zero, zero}, {zero, zero, zero}};
+    SweepCarry sweep{{zero, zero, zero}, {zero, zero, zero}, {zero, zero, zero}};
+    const int end = (lastStep_ / 3 + 1) * 3;
+    loadLanes(rows, 0, 16, 0);
+    for (int base = 0; base < end; base += kPiece) {
+        const int pieceEnd = std::min(base + kPiece, end);
+        loadLanes(rows, base + 16, std::min(base + kPiece + 16, steps_), base);
+        if (base == 0)
+            for (int j = 0; j < 3; ++j)
+                sums.now[j] = overAt(raw_, j, 0, rows[kLanes + 1], bytes_);
+        buildSumsPiece(raw_, known_, base, pieceEnd, rows[0], rows[kLanes + 1], bytes_, centre_,
+                       sums);
+        sweepPiece(base, pieceEnd, sweep);
+        storeLanes(rows, base, (pieceEnd + 15) / 16 * 16, base);
+        std::memcpy(raw_.data(), raw_.data() + kPiece * kLanes, 16 * kLanes * sizeof(std::int16_t));
+    }
 }
 
 #else

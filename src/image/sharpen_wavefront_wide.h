@@ -22,19 +22,25 @@ class SharpenWavefrontWide {
     void band(std::uint8_t* const* rows);
 
   private:
-    void loadLanes(std::uint8_t* const* rows);
-    void buildSums(const std::uint8_t* below, const std::uint8_t* above);
-    void sweep();
-    void storeLanes(std::uint8_t* const* rows) const;
+    // Steps of one piece of the band: a multiple of 3 (the three chains of
+    // the sweep) and of 16 (the transposes); the buffers fit the L1 cache.
+    static constexpr int kPiece = 384;
+
+    // Steps from .. to - 1 (multiples of 16) into raw_, which starts at step base.
+    void loadLanes(std::uint8_t* const* rows, int from, int to, int base);
+    // Steps base .. end - 1; the carry holds the sweep's vectors between pieces.
+    struct SweepCarry;
+    void sweepPiece(int base, int end, SweepCarry& carry);
+    void storeLanes(std::uint8_t* const* rows, int from, int to, int base) const;
 
     int bytes_ = 0;  // width x 3
     int lastStep_ = 0;
     int steps_ = 0;
     int centre_ = 0;
     LaneDivision division_;
-    // Per step sixteen lanes: the raw bytes, and the sums known before the
-    // sweep, which the sweep replaces by the sharpened bytes (one buffer
-    // less to keep in the cache).
+    // Per step of the piece sixteen lanes: the raw bytes (and sixteen steps
+    // of the next piece), and the sums known before the sweep, which the
+    // sweep replaces by the sharpened bytes.
     std::vector<std::int16_t> raw_, known_;
 };
 

@@ -343,6 +343,17 @@ std::size_t applySteps(cDIBSection& dib, const std::vector<std::string>& lines, 
         if (!join) break;
         join(rows, parsed, env);
     }
+    if (count >= 1 && !dib.empty() && from + count < lines.size() && !isTestView(env)) {
+        // A sharpening next takes each row from the steps just before it reads
+        // the row, while the row is still in the cache.
+        StepLine parsed;
+        const StepKind* kind = parseLine(lines[from + count], parsed);
+        if (kind && kind->run == runSharpen) {
+            PointwiseFeed feed(rows, dib);
+            dib.effectSchärfen2(parsed.arg(1), env.progress, &feed);
+            return count + 1;
+        }
+    }
     if (count < 2 || dib.empty()) {
         applyStep(dib, lines[from], env);
         return 1;

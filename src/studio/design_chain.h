@@ -33,7 +33,8 @@ std::string stepName(std::string_view line);
 // Runs lines[from] and returns 1, or, when it starts a run of steps that
 // change each pixel on its own (contrast, brightness, colour), runs all of
 // them in one pass over the rows and returns how many: the same bytes as
-// one after another, with less memory traffic. 0 when `from` is past the end.
+// one after another, with less memory traffic. A sharpening right after
+// such a run joins the pass and is counted too. 0 when `from` is past the end.
 std::size_t applySteps(cDIBSection& dib, const std::vector<std::string>& lines, std::size_t from,
                        const StepEnv& env);
 

@@ -87,12 +87,13 @@ cDIBSection extremes(int w, int h, unsigned seed) {
 }
 
 TEST(SharpenWavefront, BandsGiveTheFormulasBytes) {
-    // Widths around the transpose blocks and tiny ones; heights with and
-    // without rows left over after the bands of sixteen and of eight.
+    // Widths around the transpose blocks and tiny ones, and wide ones whose
+    // bands go in several pieces; heights with and without rows left over
+    // after the bands of sixteen and of eight.
     const std::pair<int, int> sizes[] = {{4, 11}, {5, 10}, {6, 12}, {7, 19}, {8, 18}, {13, 27},
                                          {16, 11}, {17, 26}, {21, 35}, {33, 12}, {64, 30},
                                          {101, 43}, {4, 3}, {9, 9}, {5, 19}, {40, 50},
-                                         {200, 37}, {11, 34}};
+                                         {200, 37}, {11, 34}, {300, 17}, {257, 35}};
     unsigned seed = 7;
     for (const auto& [w, h] : sizes)
         for (int strength : {-6, -5, -1, 0, 1, 5, 9, 50, 99, 100, 103, 104, 105}) {

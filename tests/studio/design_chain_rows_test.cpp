@@ -82,3 +82,40 @@ TEST(DesignChainRows, SaysHowManyLinesItRan) {
 
 }  // namespace
 }  // namespace brindle::studio
+
+namespace brindle::studio {
+namespace {
+
+// The sharpening right after a run reads each row only after the run has
+// been over it: heights for the bands of sixteen and eight and single rows,
+// widths for the band's pieces, strengths for the lanes, the formula and
+// the divisor zero.
+TEST(DesignChainRows, ASharpeningAfterARunTakesItsRowsFromTheRun) {
+    const std::vector<std::vector<std::string>> lists = {
+        {"Kontrast(20)", "Helligkeit(10,0)", "Color(120,7)", "Schärfen(5)", "Rahmen(50,50,20,14737632,)"},
+        {"Helligkeit(30,1)", "Schärfen(9)"},
+        {"Color(150,2)", "Kontrast(-20)", "Schärfen(200)"},
+        {"Helligkeit(-20,0)", "Schärfen(-8)", "Kontrast(10)"},
+        {"Kontrast(40)", "Schärfen(-7)"},
+    };
+    const std::pair<int, int> sizes[] = {{1, 1}, {3, 2}, {5, 3}, {4, 19}, {40, 37}, {300, 43}, {33, 60}};
+    unsigned seed = 100;
+    for (const auto& lines : lists)
+        for (const auto& [w, h] : sizes) {
+            SCOPED_TRACE(testing::Message() << w << "x" << h << " " << lines[0] << " " << lines[1]);
+            const StepEnv env = envFor(ChainMode::Batch);
+            const cDIBSection in = dirtyPads(w, h, seed++);
+            cDIBSection together = in, oneByOne = in;
+            applyChain(together, lines, env);
+            for (const std::string& line : lines) applyStep(oneByOne, line, env);
+            ASSERT_TRUE(sameBytes(oneByOne, together));
+        }
+    cDIBSection dib = noisePicture(20, 30, 5);
+    EXPECT_EQ(4u, applySteps(dib, lists[0], 0, envFor(ChainMode::Batch)));
+    EXPECT_EQ(2u, applySteps(dib, lists[1], 0, envFor(ChainMode::Batch)));
+    EXPECT_EQ(1u, applySteps(dib, lists[1], 0, envFor(ChainMode::TestView)));
+    EXPECT_EQ(1u, applySteps(dib, lists[0], 3, envFor(ChainMode::Batch)));
+}
+
+}  // namespace
+}  // namespace brindle::studio
