@@ -14,9 +14,9 @@ using namespace brindle::help;
 
 namespace {
 
-class HelpPagesTest : public test::TempHomeTest {};
+class HelpPageTable : public test::TempHomeTest {};
 
-TEST_F(HelpPagesTest, WindowsFindTheirPagesByClassOrObjectName) {
+TEST_F(HelpPageTable, WindowsFindTheirPagesByClassOrObjectName) {
     struct Row {
         const char* className;
         const char* objectName;
@@ -39,7 +39,7 @@ TEST_F(HelpPagesTest, WindowsFindTheirPagesByClassOrObjectName) {
     }
 }
 
-TEST_F(HelpPagesTest, EveryPageIdIsListedOnceAndEveryClassOnce) {
+TEST_F(HelpPageTable, EveryPageIdIsListedOnceAndEveryClassOnce) {
     std::set<std::string_view> ids, classes;
     for (const HelpTopic& topic : helpTopics()) {
         EXPECT_TRUE(ids.insert(topic.pageId).second) << topic.pageId;
@@ -49,7 +49,7 @@ TEST_F(HelpPagesTest, EveryPageIdIsListedOnceAndEveryClassOnce) {
     EXPECT_EQ(ids.count("index"), 0u) << "index is the contents, no window's page";
 }
 
-TEST_F(HelpPagesTest, PageFileFallsBackToTheOtherLanguageThenToNothing) {
+TEST_F(HelpPageTable, PageFileFallsBackToTheOtherLanguageThenToNothing) {
     touch("help/de/options.html");
     touch("help/en/options.html");
     touch("help/de/wizard.html");
@@ -70,7 +70,7 @@ TEST_F(HelpPagesTest, PageFileFallsBackToTheOtherLanguageThenToNothing) {
     EXPECT_EQ(helpPageFile(root, "split", Language::English), "");
 }
 
-TEST_F(HelpPagesTest, MissingPageNoteNamesThePageInBothLanguages) {
+TEST_F(HelpPageTable, MissingPageNoteNamesThePageInBothLanguages) {
     EXPECT_EQ(missingPageHtml("seam-editor", Language::German),
               "<html><body><h2>Hilfeseite fehlt</h2><p>Die Hilfeseite „seam-editor“ ist nicht "
               "installiert.</p>"
@@ -82,7 +82,7 @@ TEST_F(HelpPagesTest, MissingPageNoteNamesThePageInBothLanguages) {
         "<p>Please install Brindlesee again to complete the help.</p></body></html>");
 }
 
-TEST_F(HelpPagesTest, ExternalAddressesAreWebAndMailOnly) {
+TEST_F(HelpPageTable, ExternalAddressesAreWebAndMailOnly) {
     EXPECT_TRUE(isExternalAddress("https://example.org/"));
     EXPECT_TRUE(isExternalAddress("HTTP://example.org/"));
     EXPECT_TRUE(isExternalAddress("mailto:someone@example.org"));
@@ -92,7 +92,7 @@ TEST_F(HelpPagesTest, ExternalAddressesAreWebAndMailOnly) {
     EXPECT_FALSE(isExternalAddress("http"));
 }
 
-TEST_F(HelpPagesTest, SwitchedOffHintStaysOffInANewStoreOnTheSameFile) {
+TEST_F(HelpPageTable, SwitchedOffHintStaysOffInANewStoreOnTheSameFile) {
     {
         IniSettingsStore store(path("settings.ini"));
         EXPECT_FALSE(hintSwitchedOff(store, kMetafileHint));
@@ -106,7 +106,7 @@ TEST_F(HelpPagesTest, SwitchedOffHintStaysOffInANewStoreOnTheSameFile) {
     EXPECT_FALSE(hintSwitchedOff(again, 1));
 }
 
-TEST_F(HelpPagesTest, MetafileHintSpeaksBothLanguagesOtherHintsKeepTheirText) {
+TEST_F(HelpPageTable, MetafileHintSpeaksBothLanguagesOtherHintsKeepTheirText) {
     EXPECT_EQ(hintText(kMetafileHint, Language::German, "ignored"),
               "Das Format wmf oder emf wird von Netscape nicht unterstützt \r\n"
               "Wir empfehlen die Verwendung von JPEG oder PNG Bildern.");
