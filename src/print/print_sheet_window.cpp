@@ -136,7 +136,8 @@ QWidget* PrintSheetWindow::buildControls() {
     for (std::size_t i = 0; i < std::size(kCommands); ++i) {
         auto* b = new QPushButton(box);
         b->setObjectName(kCommands[i].name);
-        connect(b, &QPushButton::clicked, this, [this, i] { (this->*kCommands[i].run)(); });
+        const auto run = kCommands[i].run;
+        connect(b, &QPushButton::clicked, this, [this, run] { (this->*run)(); });
         commands_.push_back(b);
         grid->addWidget(b, static_cast<int>(i / 2), static_cast<int>(i % 2));
     }
