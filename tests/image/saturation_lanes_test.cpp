@@ -7,6 +7,7 @@
 
 #include "image/dib_section.h"
 #include "image/image_compare.h"
+#include "image/plain_effects.h"
 #include "image/rounding.h"
 #include "image/saturation_lanes.h"
 
@@ -16,33 +17,7 @@ namespace {
 using test::makeDib;
 using test::noisePicture;
 using test::sameImage;
-
-bool selects(int mode, int b, int g, int r) {
-    switch (mode) {
-        case 1: return r > g && r > b;
-        case 2: return g > r && g > b;
-        case 4: return b > r && b > g;
-        case 3: return b < r || b < g;
-        case 5: return g < r || g < b;
-        case 6: return r < g || r < b;
-        default: return true;
-    }
-}
-
-void plainSaturation(cDIBSection& d, int percent, int mode) {
-    const double factor = percent / 100.0;
-    for (int y = 0; y < d.Height(); ++y) {
-        std::uint8_t* p = d.rowBits(y);
-        for (int x = 0; x < d.Width() * 3; x += 3) {
-            const int b = p[x], g = p[x + 1], r = p[x + 2];
-            if (!selects(mode, b, g, r)) continue;
-            const int mean = roundEven((b + g + r) / 3.0);
-            p[x] = roundClamp((b - mean) * factor + b);
-            p[x + 1] = roundClamp((g - mean) * factor + g);
-            p[x + 2] = roundClamp((r - mean) * factor + r);
-        }
-    }
-}
+using test::plainSaturation;
 
 TEST(SaturationLanes, IntegerStepsAreExact) {
     for (int x = 0; x <= 51199; ++x) ASSERT_EQ(x / 100, effects::laneDivide100(x)) << x;

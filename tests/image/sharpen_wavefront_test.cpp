@@ -6,6 +6,7 @@
 
 #include "image/dib_section.h"
 #include "image/image_compare.h"
+#include "image/plain_effects.h"
 #include "image/sharpen_wavefront.h"
 #include "image/sharpen_wavefront_wide.h"
 
@@ -14,23 +15,7 @@ namespace {
 
 using test::noisePicture;
 using test::sameImage;
-
-void plainSharpen(cDIBSection& d, int strength) {
-    const long long divisor = static_cast<long long>(strength) + 8;
-    if (divisor == 0) return;
-    const long long centre = static_cast<long long>(strength) + 24;
-    for (int y = 2; y <= d.Height() - 2; ++y) {
-        std::uint8_t* p = d.rowBits(y);
-        const std::uint8_t* lo = d.rowBits(y - 1);
-        const std::uint8_t* hi = d.rowBits(y + 1);
-        for (int c = 6; c <= d.Width() * 3 - 6 + 2; ++c) {
-            const long long s = lo[c - 3] + lo[c] + lo[c + 3] + p[c - 3] + p[c + 3] + hi[c - 3] +
-                                hi[c] + hi[c + 3];
-            const long long q = (p[c] * centre - 2 * s) / divisor;
-            p[c] = static_cast<std::uint8_t>(q < 0 ? 0 : (q > 255 ? 255 : q));
-        }
-    }
-}
+using test::plainSharpen;
 
 TEST(SharpenWavefront, LaneDivisionIsExactForEveryNumerator) {
     for (int divisor = 2; divisor <= 112; ++divisor) {
