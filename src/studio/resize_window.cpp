@@ -215,18 +215,10 @@ void ResizeWindow::updateTargetText() {
 void ResizeWindow::run() {
     if (running_) return;
     const ResizeOptions o = options();
-    running_ = true;
-    cancel_ = false;
-    updateEnabled();
-    progress_->setValue(0);
-    const auto callbacks = windowFeedback<BatchCallbacks>(this, lblStatus_, progress_, cancel_);
-    BatchResult result;
     const Language lang = language_;
-    runOffGuiThread([&] { result = resizePictures(pictures_, o, prompter_, lang, callbacks); });
-    result_ = std::move(result);
-    running_ = false;
-    updateEnabled();
-    lblStatus_->clear();
+    result_ = runWindowBatch<BatchCallbacks, BatchResult>(
+        this, lblStatus_, progress_, cancel_, [this](bool busy) { running_ = busy; updateEnabled(); },
+        [&](const BatchCallbacks& c) { return resizePictures(pictures_, o, prompter_, lang, c); });
     tellResult();
 }
 

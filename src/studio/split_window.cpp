@@ -211,18 +211,10 @@ void SplitWindow::updateEnabled() {
 void SplitWindow::save() {
     if (running_) return;
     const SplitOptions o = options();
-    running_ = true;
-    cancel_ = false;
-    updateEnabled();
-    progress_->setValue(0);
-    const auto callbacks = windowFeedback<SplitCallbacks>(this, lblStatus_, progress_, cancel_);
-    SplitResult result;
     const Language lang = language_;
-    runOffGuiThread([&] { result = splitPictures(pictures_, o, prompter_, lang, callbacks); });
-    result_ = std::move(result);
-    running_ = false;
-    updateEnabled();
-    lblStatus_->clear();
+    result_ = runWindowBatch<SplitCallbacks, SplitResult>(
+        this, lblStatus_, progress_, cancel_, [this](bool busy) { running_ = busy; updateEnabled(); },
+        [&](const SplitCallbacks& c) { return splitPictures(pictures_, o, prompter_, lang, c); });
     tellResult();
 }
 

@@ -38,4 +38,22 @@ Callbacks windowFeedback(QObject* window, QLabel* status, QProgressBar* bar, con
     return callbacks;
 }
 
+// One run of a tool window's batch: `busy(true)` before and `busy(false)`
+// after (the window greys its controls), the progress bar from 0, `work`
+// off the GUI thread with the window's feedback, the status cleared at the end.
+template <class Callbacks, class Result>
+Result runWindowBatch(QObject* window, QLabel* status, QProgressBar* bar, std::atomic<bool>& cancel,
+                      const std::function<void(bool)>& busy,
+                      const std::function<Result(const Callbacks&)>& work) {
+    cancel = false;
+    busy(true);
+    bar->setValue(0);
+    const auto callbacks = windowFeedback<Callbacks>(window, status, bar, cancel);
+    Result result;
+    runOffGuiThread([&] { result = work(callbacks); });
+    busy(false);
+    status->clear();
+    return result;
+}
+
 }  // namespace brindle::studio
