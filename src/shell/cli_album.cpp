@@ -9,6 +9,7 @@
 #include "album/paths.h"
 #include "album/record_fields.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 #include "shell/json_dump.h"
 
 namespace brindle::cli {
@@ -35,13 +36,7 @@ Kind kindOf(const std::string& path, const std::string& bytes) {
     return Kind::Unknown;
 }
 
-std::string oneLine(std::string message) {
-    for (char& c : message)
-        if (c == '\r' || c == '\n') c = ' ';
-    return message;
-}
-
-int failWith(const FileResult& r) { return fail(oneLine(fileMessage(r, Language::English))); }
+int failWith(const FileResult& r) { return fail(blankLineBreaks(fileMessage(r, Language::English))); }
 
 // The record of any kind, read from `path`; `kind` says which member is set.
 struct Loaded {

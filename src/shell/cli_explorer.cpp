@@ -1,7 +1,6 @@
 // thumbs: fills the picture explorer's thumbnail cache for a folder with
 // the explorer's own code, on its worker threads.
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <iostream>
 #include <mutex>
@@ -10,6 +9,7 @@
 #include "explorer/cache_folder.h"
 #include "explorer/thumbnail_pool.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 #include "shell/startup.h"
 
 namespace brindle::cli {
@@ -28,9 +28,7 @@ struct ThumbsArgs {
 };
 
 bool parseCount(const std::string& s, int low, int high, int& value) {
-    const char* end = s.data() + s.size();
-    auto [p, ec] = std::from_chars(s.data(), end, value);
-    return ec == std::errc() && p == end && value >= low && value <= high;
+    return parseInt(s, value) && value >= low && value <= high;
 }
 
 bool parseThumbs(const Args& args, ThumbsArgs& t) {
@@ -68,12 +66,6 @@ std::vector<std::string> listedFiles(const std::string& folder) {
     return files;
 }
 
-std::string oneLine(std::string text) {
-    for (char& c : text)
-        if (c == '\r' || c == '\n') c = ' ';
-    return text;
-}
-
 // What the run made, counted as the results come in.
 struct Tally {
     std::mutex mutex;
@@ -96,7 +88,7 @@ struct Tally {
         if (t.kind == explorer::ThumbnailKind::Error)
             std::cerr << "brindlesee-cli: cannot read: " << r.path << "\n";
         if (t.message) {
-            std::cerr << "brindlesee-cli: " << oneLine(t.message->text) << r.path << "\n";
+            std::cerr << "brindlesee-cli: " << blankLineBreaks(t.message->text) << r.path << "\n";
             ++told;
         }
     }

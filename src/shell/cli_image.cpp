@@ -1,5 +1,4 @@
 // convert, imageinfo and rotate: pictures through the image core.
-#include <charconv>
 #include <filesystem>
 #include <iostream>
 
@@ -10,30 +9,12 @@
 #include "image/jpeg_io.h"
 #include "image/picture_io.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 
 namespace brindle::cli {
 namespace {
 
 const ImageEnv kEnv{Language::English, {}, true};
-
-std::string oneLine(std::string text) {
-    std::string out;
-    for (char c : text) {
-        if (c == '\r') continue;
-        if (c == '\n') {
-            if (!out.empty() && out.back() != ' ') out += ' ';
-            continue;
-        }
-        out += c;
-    }
-    return out;
-}
-
-bool parseInt(const std::string& s, int& value) {
-    const char* end = s.data() + s.size();
-    auto [p, ec] = std::from_chars(s.data(), end, value);
-    return ec == std::errc() && p == end;
-}
 
 bool parseSize(const std::string& s, int& w, int& h) {
     const auto x = s.find_first_of("xX");

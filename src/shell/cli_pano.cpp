@@ -1,11 +1,11 @@
 // pano: a row of overlapping photos stitched into one wide JPEG.
-#include <charconv>
 #include <filesystem>
 #include <iostream>
 
 #include "image/file_stamp.h"
 #include "panorama/pano_run.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 #include "shell/startup.h"
 
 namespace brindle::cli {
@@ -14,20 +14,6 @@ namespace {
 const char* kPanoUsage =
     "usage: brindlesee-cli pano PICTURE... -o OUT.jpg [--360] [--smooth N] [--crop] [--no-gain] "
     "[--padding] [--balance]";
-
-// The texts of the core may hold line breaks; the CLI prints one line.
-std::string oneLine(const std::string& text) {
-    std::string out;
-    for (char c : text) {
-        if (c == '\r') continue;
-        if (c == '\n') {
-            if (!out.empty() && out.back() != ' ') out += ' ';
-            continue;
-        }
-        out += c;
-    }
-    return out;
-}
 
 struct PanoArgs {
     std::vector<std::string> pictures;
@@ -48,8 +34,7 @@ std::string parsePanoArgs(const Args& args, PanoArgs& out) {
                 continue;
             }
             int n = 0;
-            const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), n);
-            if (ec != std::errc() || end != value.data() + value.size() || n < 0 || n > 10000)
+            if (!parseInt(value, n) || n < 0 || n > 10000)
                 return "smooth must be a number of pixels from 0 to 10000: " + value;
             out.options.compose.smoothWidth = n;
         } else if (a == "--360") {

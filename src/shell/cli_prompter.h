@@ -6,6 +6,7 @@
 
 #include "album/page_editor.h"
 #include "album/prompter.h"
+#include "shell/cli_text.h"
 
 namespace brindle::cli {
 
@@ -15,10 +16,7 @@ public:
     std::string albumPath;      // given to the album's save dialog
 
     int message(const std::string& text, int flags, const std::string& title) override {
-        std::string line = text;
-        for (char& c : line)
-            if (c == '\r' || c == '\n') c = ' ';
-        std::cerr << "brindlesee-cli: " << title << ": " << line << "\n";
+        std::cerr << "brindlesee-cli: " << title << ": " << blankLineBreaks(text) << "\n";
         return (flags & 7) == kButtonsOk ? kOk : answer;
     }
     int askYesNoAll(const std::string& text, const std::string& title) override { return message(text, kButtonsYesNo, title); }

@@ -1,10 +1,10 @@
 // scan: one picture from a scanner through SANE, saved as the output's type.
-#include <charconv>
 #include <iostream>
 
 #include "image/picture_io.h"
 #include "media/scan_import.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 
 namespace brindle::cli {
 namespace {
@@ -35,8 +35,7 @@ std::string parseScanArgs(const Args& args, ScanArgs& out) {
             out.request.device = value;
         } else {
             int dpi = 0;
-            const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), dpi);
-            if (ec != std::errc() || end != value.data() + value.size() || dpi < 1 || dpi > 19200)
+            if (!parseInt(value, dpi) || dpi < 1 || dpi > 19200)
                 return "resolution must be a number of dots per inch from 1 to 19200: " + value;
             out.request.resolution = dpi;
         }

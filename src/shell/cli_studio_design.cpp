@@ -1,12 +1,12 @@
 // design: a design list's steps over many pictures, as the photo design's
 // batch does it, without windows.
-#include <charconv>
 #include <filesystem>
 #include <iostream>
 
 #include "album/paths.h"
 #include "image/file_stamp.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 #include "shell/cli_prompter.h"
 #include "studio/batch_run.h"
 #include "studio/design_chain.h"
@@ -32,12 +32,6 @@ class DesignPrompter : public CliPrompter {
         return (flags & 7) == kButtonsOk ? kOk : answer;
     }
 };
-
-bool parseInt(const std::string& s, int& value) {
-    const char* end = s.data() + s.size();
-    auto [p, ec] = std::from_chars(s.data(), end, value);
-    return ec == std::errc() && p == end;
-}
 
 bool parseMinSize(const std::string& s, int& w, int& h) {
     const auto x = s.find_first_of("xX");

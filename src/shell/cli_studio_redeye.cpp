@@ -1,5 +1,4 @@
 // redeye: red-eye correction of one picture, by clicks or by a box.
-#include <charconv>
 #include <iostream>
 #include <optional>
 #include <vector>
@@ -7,6 +6,7 @@
 #include "image/file_stamp.h"
 #include "image/picture_io.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 #include "studio/red_eye.h"
 
 namespace brindle::cli {
@@ -15,21 +15,6 @@ namespace {
 const char* kUsage =
     "usage: brindlesee-cli redeye PICTURE --at X,Y [--at X,Y] [--sensitivity T] [--width W]\n"
     "                      | --box X,Y,W,H [--red N] [--other N] [--bright N] [--grey]  [-o OUT]";
-
-std::string oneLine(const std::string& text) {
-    std::string out;
-    for (char c : text) {
-        if (c == '\r') continue;
-        out += c == '\n' ? ' ' : c;
-    }
-    return out;
-}
-
-bool parseInt(const std::string& s, int& value) {
-    const char* end = s.data() + s.size();
-    auto [p, ec] = std::from_chars(s.data(), end, value);
-    return !s.empty() && ec == std::errc() && p == end;
-}
 
 // "A,B,..." with exactly `count` whole numbers.
 bool parseList(const std::string& s, std::size_t count, std::vector<int>& out) {

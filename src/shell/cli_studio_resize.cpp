@@ -1,10 +1,10 @@
 // resize and split: the picture tools' batches without windows.
-#include <charconv>
 #include <filesystem>
 #include <iostream>
 
 #include "album/paths.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 #include "studio/resize_pictures.h"
 #include "studio/split_pictures.h"
 
@@ -37,15 +37,9 @@ class ToolPrompter : public Prompter {
     int unsavedFiles(const std::vector<std::string>&, const std::string&) override { return kCancel; }
 };
 
-bool parseNumber(const std::string& s, int& value) {
-    const char* end = s.data() + s.size();
-    auto [p, ec] = std::from_chars(s.data(), end, value);
-    return ec == std::errc() && p == end;
-}
-
 bool parsePair(const std::string& s, int& a, int& b) {
     const auto x = s.find_first_of("xX");
-    return x != std::string::npos && parseNumber(s.substr(0, x), a) && parseNumber(s.substr(x + 1), b);
+    return x != std::string::npos && parseInt(s.substr(0, x), a) && parseInt(s.substr(x + 1), b);
 }
 
 // Every picture must be there before anything is written.
@@ -83,7 +77,7 @@ std::string parseResize(const Args& args, ResizeArgs& r) {
                 return "size must be WIDTHxHEIGHT: " + args[i];
             r.sized = true;
         } else if (a == "--percent" && hasValue) {
-            if (!parseNumber(args[++i], r.options.widthPercent)) return "percent must be a number: " + args[i];
+            if (!parseInt(args[++i], r.options.widthPercent)) return "percent must be a number: " + args[i];
             r.options.byPercent = r.percent = true;
             r.options.percentsAlike = true;
         } else if (a == "--out" && hasValue) {
@@ -139,10 +133,10 @@ int split(const Args& args) {
         const std::string& a = args[i];
         const bool hasValue = i + 1 < args.size();
         if (a == "--rows" && hasValue) {
-            if (!parseNumber(args[++i], options.rows)) return fail("rows must be a number: " + args[i]);
+            if (!parseInt(args[++i], options.rows)) return fail("rows must be a number: " + args[i]);
             rows = true;
         } else if (a == "--cols" && hasValue) {
-            if (!parseNumber(args[++i], options.columns)) return fail("columns must be a number: " + args[i]);
+            if (!parseInt(args[++i], options.columns)) return fail("columns must be a number: " + args[i]);
             cols = true;
         } else if (a == "--by-column") {
             options.order = studio::TileOrder::ColumnByColumn;

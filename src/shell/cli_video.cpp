@@ -1,5 +1,4 @@
 // video: pictures of one size made into a silent AVI (Motion JPEG) or MP4.
-#include <charconv>
 #include <filesystem>
 #include <iostream>
 
@@ -7,6 +6,7 @@
 #include "media/video_texts.h"
 #include "media/video_writer.h"
 #include "shell/cli_commands.h"
+#include "shell/cli_text.h"
 #include "shell/startup.h"
 
 namespace brindle::cli {
@@ -32,9 +32,7 @@ std::string parseVideoArgs(const Args& args, VideoArgs& out) {
                 continue;
             }
             int n = 0;
-            const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), n);
-            if (ec != std::errc() || end != value.data() + value.size() || n < media::kMinFps ||
-                n > media::kMaxFps)
+            if (!parseInt(value, n) || n < media::kMinFps || n > media::kMaxFps)
                 return "fps must be a number from 1 to 30: " + value;
             out.options.fps = n;
         } else if (a.size() > 1 && a[0] == '-') {
