@@ -170,6 +170,12 @@ class cDIBSection {
     void effectGröße(int width, int height, ProgressWord* progress = nullptr);
     void effectErweitern(int left, int top, int right, int bottom,
                          ProgressWord* progress = nullptr);
+    // A smaller picture written over this one's own buffer: its buffer row
+    // k reads this one's buffer row source[k] (-1: none) and `make` writes
+    // its colour bytes; the pad bytes become zero. False, with nothing
+    // changed, when a row would cover a row still to be read.
+    using RowMaker = std::function<void(int k, std::uint8_t* out, const std::uint8_t* in)>;
+    bool rebuildSmaller(int width, int height, const std::vector<int>& source, const RowMaker& make);
     void effectKachelnSelbst(int xRepeats, int yRepeats, ProgressWord* progress = nullptr);
     void effectKachel(int method, int keepSize, ProgressWord* progress = nullptr);
     // direction > 0 turns right (clockwise), otherwise left.

@@ -5,13 +5,12 @@
 #include <cstdlib>
 
 #include "image/dib_section.h"
+#include "image/frame_bevel.h"
 #include "image/rounding.h"
 
 namespace brindle {
-namespace {
+namespace effects {
 
-// Channels below 75 are first raised to 75, so that the bevel also shows
-// on dark pictures. A factor of exactly 1 leaves the pixel alone.
 void scalePixel(std::uint8_t* p, double g) {
     if (g == 1.0) return;
     for (int c = 0; c < 3; ++c) {
@@ -21,16 +20,16 @@ void scalePixel(std::uint8_t* p, double g) {
     }
 }
 
-// The two side bands share their shape between the button and the frame.
-struct Bands {
-    int d, r, t;
-    bool left(int px, int y) const { return px < d && std::abs(t - y + d) >= px && px < y; }
-    bool right(int px, int y) const {
-        return px > r && std::abs(r - px + d) < y && px - r >= y - t;
-    }
-};
+bool FrameBands::left(int px, int y) const { return px < d && std::abs(t - y + d) >= px && px < y; }
 
-}  // namespace
+bool FrameBands::right(int px, int y) const {
+    return px > r && std::abs(r - px + d) < y && px - r >= y - t;
+}
+
+}  // namespace effects
+
+using effects::FrameBands;
+using effects::scalePixel;
 
 void cDIBSection::effectButtonize(int light, int shadow, int thickness, ProgressWord* progress) {
     RowProgress rp(progress_, progress);
@@ -38,7 +37,7 @@ void cDIBSection::effectButtonize(int light, int shadow, int thickness, Progress
     const int d = thickness < 1 ? 1 : thickness;
     const double up = (light / 2.0) / d;
     const double down = (shadow / 10.0) / d;
-    const Bands bands{d, (Width() * 3 - 3) / 3 - d, (Height() - 1) - d};
+    const FrameBands bands{d, (Width() * 3 - 3) / 3 - d, (Height() - 1) - d};
     for (int y = 0; y < Height(); ++y) {
         double f = 1;
         if (y < d) f = std::max(0.0, 1 - std::abs(d - y) * down);
@@ -56,6 +55,7 @@ void cDIBSection::effectButtonize(int light, int shadow, int thickness, Progress
     rp.done();
 }
 
+namespace effects {
 namespace {
 
 // The frame's profile: up, a crest, and down into the shadow.
@@ -73,43 +73,62 @@ double rowFactor(double f) {
     return f == 1.0 ? 1.00001 : f;
 }
 
+int atLeastOne(int thickness) { return thickness < 1 ? 1 : thickness; }
+
 }  // namespace
 
-void cDIBSection::effectRahmen(int light, int shadow, int thickness, ProgressWord* progress) {
-    RowProgress rp(progress_, progress);
-    double t0[21], t1[21];
+FrameBevel::FrameBevel(int light, int shadow, int thickness, int width, int height)
+    : width_(width),
+      bands_{atLeastOne(thickness), (width * 3 - 3) / 3 - atLeastOne(thickness),
+             (height - 1) - atLeastOne(thickness)} {
     for (int i = 0; i < 21; ++i) {
-        t0[i] = kProfile[i];
-        t1[i] = kProfile[20 - i];
+        t0_[i] = kProfile[i];
+        t1_[i] = kProfile[20 - i];
     }
     const double lightScale = (light - 50) / 50.0 + 1;
     const double shadowScale = (shadow - 50) / 50.0 + 1;
     for (int i = 1; i <= 20; ++i) {
-        t0[i] *= t0[i] < 0 ? shadowScale : lightScale;
-        t1[i] *= t1[i] < 0 ? shadowScale : lightScale;
+        t0_[i] *= t0_[i] < 0 ? shadowScale : lightScale;
+        t1_[i] *= t1_[i] < 0 ? shadowScale : lightScale;
     }
-    const int d = thickness < 1 ? 1 : thickness;
-    const Bands bands{d, (Width() * 3 - 3) / 3 - d, (Height() - 1) - d};
+}
+
+double FrameBevel::row(int y) const {
+    const int d = bands_.d;
+    double f = 1;
+    if (y < d) f = rowFactor(1 + t0_[profileIndex(d - y, d)] / 10);
+    if (y > bands_.t) f = rowFactor(1 + t1_[profileIndex(y - bands_.t, d)] / 10);
+    return f;
+}
+
+double FrameBevel::at(int px, int y, double rowFactor) const {
+    const int d = bands_.d;
+    double g = rowFactor;
+    if (bands_.left(px, y)) g = 1 + t1_[profileIndex(px - d, d)] / 10;
+    if (bands_.right(px, y)) g = 1 + t0_[profileIndex(px - bands_.r, d)] / 10;
+    return g < 0 ? 0 : g;
+}
+
+int FrameBevel::leftEnd() const { return bands_.d < width_ ? bands_.d : width_; }
+
+int FrameBevel::rightStart() const { return bands_.r + 1 > leftEnd() ? bands_.r + 1 : leftEnd(); }
+
+}  // namespace effects
+
+void cDIBSection::effectRahmen(int light, int shadow, int thickness, ProgressWord* progress) {
+    RowProgress rp(progress_, progress);
+    const effects::FrameBevel bevel(light, shadow, thickness, Width(), Height());
     for (int y = 0; y < Height(); ++y) {
-        double f = 1;
-        if (y < d) f = rowFactor(1 + t0[profileIndex(d - y, d)] / 10);
-        if (y > bands.t) f = rowFactor(1 + t1[profileIndex(y - bands.t, d)] / 10);
+        const double f = bevel.row(y);
         std::uint8_t* p = rowBits(y);
-        const auto column = [&](int px) {
-            double g = f;
-            if (bands.left(px, y)) g = 1 + t1[profileIndex(px - d, d)] / 10;
-            if (bands.right(px, y)) g = 1 + t0[profileIndex(px - bands.r, d)] / 10;
-            if (g < 0) g = 0;
-            scalePixel(p + px * 3, g);
-        };
+        const auto column = [&](int px) { scalePixel(p + px * 3, bevel.at(px, y, f)); };
         if (f != 1.0) {
             for (int px = 0; px < Width(); ++px) column(px);
         } else {
             // Between the top and bottom bands only the side bands change:
             // elsewhere the factor is exactly 1 and the pixel stays.
-            const int leftEnd = std::min(d, Width());
-            for (int px = 0; px < leftEnd; ++px) column(px);
-            for (int px = std::max(leftEnd, bands.r + 1); px < Width(); ++px) column(px);
+            for (int px = 0; px < bevel.leftEnd(); ++px) column(px);
+            for (int px = bevel.rightStart(); px < Width(); ++px) column(px);
         }
         rp.step(y, Height());
     }

@@ -3,16 +3,11 @@
 #include <cstring>
 #include <vector>
 
+#include "image/frame_bevel.h"
 #include "image/rounding.h"
 
 namespace brindle {
 namespace {
-
-// The source pixel under the centre of target pixel i when n pixels are
-// squeezed into m (the stretch's colour-on-colour rule).
-int sourceUnder(int i, int n, int m) {
-    return static_cast<int>((2LL * i + 1) * n / (2LL * m));
-}
 
 // Runs of target columns whose sources lie side by side: one copy each.
 struct Run {
@@ -23,7 +18,7 @@ std::vector<Run> columnRuns(int d, int width) {
     const int inside = width - 2 * d;
     std::vector<Run> runs;
     for (int i = 0; i < inside; ++i) {
-        const int s = sourceUnder(i, width, inside);
+        const int s = pixelUnder(i, width, inside);
         if (!runs.empty() && runs.back().src + runs.back().count == s)
             ++runs.back().count;
         else
@@ -43,7 +38,7 @@ void shrinkInside(cDIBSection& dib, int d) {
     const int inside = h - 2 * d;
     std::vector<std::uint8_t> line(static_cast<std::size_t>(w) * 3);
     const auto shrinkRow = [&](int i) {
-        const int from = sourceUnder(i, h, inside);
+        const int from = pixelUnder(i, h, inside);
         const std::uint8_t* in = s.row(from);
         // A row shrunk into itself is read whole first.
         if (from == d + i) {
@@ -55,7 +50,7 @@ void shrinkInside(cDIBSection& dib, int d) {
             std::memcpy(out + r.dst * 3, in + r.src * 3, static_cast<std::size_t>(r.count) * 3);
     };
     int split = 0;  // the first row whose source is not above it
-    while (split < inside && sourceUnder(split, h, inside) < d + split) ++split;
+    while (split < inside && pixelUnder(split, h, inside) < d + split) ++split;
     for (int i = split - 1; i >= 0; --i) shrinkRow(i);
     for (int i = split; i < inside; ++i) shrinkRow(i);
 }
@@ -97,6 +92,69 @@ bool frameOnColourInPlace(cDIBSection& dib, std::uint32_t colour, int light, int
     paintBorder(dib, colour, d);
     dib.effectRahmen(light, shadow, d, progress);
     return true;
+}
+
+// Every pixel the shrink keeps is either the frame's, a bevelled colour, or
+// the picture's pixel under it; only those are made, in one pass.
+bool frameOnColourAndShrink(cDIBSection& dib, std::uint32_t colour, int light, int shadow,
+                            int thickness, int width, int height, ProgressWord* progress) {
+    const int w = dib.Width(), h = dib.Height(), d = thickness;
+    if (dib.empty() || d < 1 || w <= 2LL * d || h <= 2LL * d || width <= 0 || height <= 0 ||
+        width > w || height > h)
+        return false;
+    const int insideWidth = w - 2 * d, insideHeight = h - 2 * d;
+    // Per kept column the framed column, and the byte of the picture under
+    // it (-1 on the frame).
+    std::vector<int> column(static_cast<std::size_t>(width)), from(column.size());
+    for (int x = 0; x < width; ++x) {
+        column[x] = pixelUnder(x, w, width);
+        const bool inside = column[x] >= d && column[x] < w - d;
+        from[x] = inside ? pixelUnder(column[x] - d, w, insideWidth) * 3 : -1;
+    }
+    // Per kept buffer row the framed buffer row, and the picture's (-1 on the frame).
+    std::vector<int> framedRow(static_cast<std::size_t>(height)), source(framedRow.size());
+    for (int k = 0; k < height; ++k) {
+        const int top = pixelUnder(height - 1 - k, h, height);  // counted from the top
+        framedRow[k] = h - 1 - top;
+        const bool inside = top >= d && top < h - d;
+        source[k] = inside ? h - 1 - pixelUnder(top - d, h, insideHeight) : -1;
+    }
+    // The kept columns inside the frame are one span.
+    int spanBegin = 0, spanEnd = 0;
+    while (spanBegin < width && from[spanBegin] < 0) ++spanBegin;
+    for (spanEnd = spanBegin; spanEnd < width && from[spanEnd] >= 0;) ++spanEnd;
+    const effects::FrameBevel bevel(light, shadow, d, w, h);
+    const Rgb c = splitColour(colour);
+    if (progress) progress->store(0);
+    const bool done = dib.rebuildSmaller(width, height, source, [&](int k, std::uint8_t* out,
+                                                                    const std::uint8_t* in) {
+        const int y = framedRow[k];
+        const double f = bevel.row(y);
+        double lastFactor = -1;
+        std::uint8_t framed[3] = {};
+        const auto frame = [&](int x) {
+            const double g = bevel.at(column[x], y, f);
+            if (g != lastFactor) {
+                framed[0] = c.blue;
+                framed[1] = c.green;
+                framed[2] = c.red;
+                effects::scalePixel(framed, g);
+                lastFactor = g;
+            }
+            std::memcpy(out + 3 * x, framed, 3);
+        };
+        if (!in) {
+            for (int x = 0; x < width; ++x) frame(x);
+            return;
+        }
+        for (int x = 0; x < spanBegin; ++x) frame(x);
+        // Four bytes a pixel, the fourth overwritten by the next; three for the last.
+        for (int x = spanBegin; x + 1 < spanEnd; ++x) std::memcpy(out + 3 * x, in + from[x], 4);
+        std::memcpy(out + 3 * (spanEnd - 1), in + from[spanEnd - 1], 3);
+        for (int x = spanEnd; x < width; ++x) frame(x);
+    });
+    if (progress) progress->store(100);
+    return done;
 }
 
 bool frameOnColourPlane(cDIBSection& dib, std::uint32_t colour, int light, int shadow,

@@ -16,6 +16,14 @@ namespace brindle {
 bool frameOnColourInPlace(cDIBSection& dib, std::uint32_t colour, int light, int shadow,
                           int thickness, ProgressWord* progress = nullptr);
 
+// The frame on a colour followed by a shrink to width x height by dropping
+// pixels (effectGröße to a size no larger), done at once in the picture's
+// own buffer; false, with the picture unchanged, where either would not
+// run in place.
+bool frameOnColourAndShrink(cDIBSection& dib, std::uint32_t colour, int light, int shadow,
+                            int thickness, int width, int height,
+                            ProgressWord* progress = nullptr);
+
 // The reference: a new plane of the colour, the frame drawn on it and the
 // picture stretched into the inside. False when memory runs out.
 bool frameOnColourPlane(cDIBSection& dib, std::uint32_t colour, int light, int shadow,

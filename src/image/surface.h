@@ -22,6 +22,12 @@ enum RasterOp : std::uint32_t {
 
 bool isKnownRasterOp(std::uint32_t rop);
 
+// The source pixel under the centre of target pixel i when n pixels become
+// m (the colour-on-colour rule of the stretches).
+inline int pixelUnder(int i, int n, int m) {
+    return static_cast<int>((2LL * i + 1) * n / (2LL * m));
+}
+
 struct Surface {
     std::uint8_t* bits = nullptr;  // byte 0 of the bottom row
     int width = 0;

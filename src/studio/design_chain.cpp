@@ -110,15 +110,22 @@ bool runSharpen(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
 }
 
 // Option 0 sizes in pixels, any other value in percent of the picture.
-bool runSize(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
-    if (isTestView(env)) return false;
+bool sizeOfStep(const cDIBSection& dib, const StepLine& s, int& width, int& height) {
     long long w = s.arg(1), h = s.arg(2);
     if (stepFlag(s, 5)) {
         w = roundEven(dib.Width() * static_cast<double>(s.arg(3)) / 100.0);
         h = roundEven(dib.Height() * static_cast<double>(s.arg(4)) / 100.0);
     }
     if (!sizeAllowed(w, h)) return false;
-    dib.effectGröße(static_cast<int>(w), static_cast<int>(h), env.progress);
+    width = static_cast<int>(w);
+    height = static_cast<int>(h);
+    return true;
+}
+
+bool runSize(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
+    int w = 0, h = 0;
+    if (isTestView(env) || !sizeOfStep(dib, s, w, h)) return false;
+    dib.effectGröße(w, h, env.progress);
     return true;
 }
 
@@ -205,6 +212,18 @@ bool runFrame(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
     back.setExif(dib.sharedExif());
     dib = std::move(back);
     return true;
+}
+
+// A frame on a colour and a size step that shrinks right after it: only
+// the pixels the shrink keeps are framed.
+bool runFrameAndShrink(cDIBSection& dib, const StepLine& frame, const StepLine& size,
+                       const StepEnv& env) {
+    const std::string file = frameFile(frame.argumentText);
+    int w = 0, h = 0;
+    if ((!file.empty() && file != ")") || isTestView(env) || !sizeOfStep(dib, size, w, h))
+        return false;
+    return frameOnColourAndShrink(dib, frame.colour(4), frame.arg(1), frame.arg(2), frame.arg(3), w,
+                                  h, env.progress);
 }
 
 bool runTint(cDIBSection& dib, const StepLine& s, const StepEnv& env) {
@@ -334,6 +353,14 @@ bool applyStep(cDIBSection& dib, std::string_view line, const StepEnv& env) {
 std::size_t applySteps(cDIBSection& dib, const std::vector<std::string>& lines, std::size_t from,
                        const StepEnv& env) {
     if (from >= lines.size()) return 0;
+    if (from + 1 < lines.size() && !dib.empty()) {
+        StepLine frame, size;
+        const StepKind* first = parseLine(lines[from], frame);
+        const StepKind* second = parseLine(lines[from + 1], size);
+        if (first && second && first->run == runFrame && second->run == runSize &&
+            runFrameAndShrink(dib, frame, size, env))
+            return 2;
+    }
     PointwiseRows rows;
     std::size_t count = 0;
     for (; from + count < lines.size(); ++count) {

@@ -34,7 +34,8 @@ std::string stepName(std::string_view line);
 // change each pixel on its own (contrast, brightness, colour), runs all of
 // them in one pass over the rows and returns how many: the same bytes as
 // one after another, with less memory traffic. A sharpening right after
-// such a run joins the pass and is counted too. 0 when `from` is past the end.
+// such a run joins the pass and is counted too; so does a size step that
+// shrinks right after a frame on a colour. 0 when `from` is past the end.
 std::size_t applySteps(cDIBSection& dib, const std::vector<std::string>& lines, std::size_t from,
                        const StepEnv& env);
 

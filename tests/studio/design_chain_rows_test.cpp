@@ -119,3 +119,42 @@ TEST(DesignChainRows, ASharpeningAfterARunTakesItsRowsFromTheRun) {
 
 }  // namespace
 }  // namespace brindle::studio
+
+namespace brindle::studio {
+namespace {
+
+// A size step that shrinks right after a frame on a colour runs with it;
+// enlarging, a background file, a size of zero or the test view do not.
+TEST(DesignChainRows, AShrinkAfterAFrameOnAColourRunsWithIt) {
+    const std::vector<std::vector<std::string>> joined = {
+        {"Rahmen(50,50,12,14737632,)", "Größe(0,0,50,50,1)"},
+        {"Rahmen(80,20,3,9460928,)", "Größe(13,7,0,0,0)"},
+        {"Rahmen(0,100,1,16777215)", "Größe(0,0,99,34,1)"},
+    };
+    const std::vector<std::vector<std::string>> apart = {
+        {"Rahmen(50,50,4,9460928,)", "Größe(200,200,0,0,0)"},
+        {"Rahmen(50,50,4,9460928,/no/such/frame.bmp)", "Größe(0,0,50,50,1)"},
+        {"Rahmen(50,50,4,9460928,)", "Größe(0,0,0,0,0)"},
+        {"Rahmen(50,50,0,9460928,)", "Größe(0,0,50,50,1)"},
+    };
+    const std::pair<int, int> sizes[] = {{50, 40}, {61, 33}, {100, 101}};
+    unsigned seed = 300;
+    for (const auto* lists : {&joined, &apart})
+        for (const auto& lines : *lists)
+            for (const auto& [w, h] : sizes) {
+                SCOPED_TRACE(testing::Message() << w << "x" << h << " " << lines[0] << " " << lines[1]);
+                const StepEnv env = envFor(ChainMode::Batch);
+                const cDIBSection in = dirtyPads(w, h, seed++);
+                cDIBSection together = in, oneByOne = in;
+                const std::size_t ran = applySteps(together, lines, 0, env);
+                EXPECT_EQ(lists == &joined ? 2u : 1u, ran);
+                for (std::size_t i = ran; i < lines.size();) i += applySteps(together, lines, i, env);
+                for (const std::string& line : lines) applyStep(oneByOne, line, env);
+                ASSERT_TRUE(sameBytes(oneByOne, together));
+            }
+    cDIBSection dib = noisePicture(50, 40, 9);
+    EXPECT_EQ(1u, applySteps(dib, joined[0], 0, envFor(ChainMode::TestView)));
+}
+
+}  // namespace
+}  // namespace brindle::studio
