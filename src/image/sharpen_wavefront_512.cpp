@@ -85,7 +85,7 @@ BRINDLE_AVX512 inline __m256i lowHalf(__m512i v) {
 
 // Four 16x16 byte transposes at once, one in each 128-bit quarter: quarter
 // q of v[r] holds row r of block q before and column r of it after.
-BRINDLE_AVX512 void transpose(__m512i v[16]) {
+BRINDLE_AVX512 inline __attribute__((always_inline)) void transpose(__m512i v[16]) {
     __m512i a[16];
     for (int i = 0; i < 8; ++i) {
         a[2 * i] = _mm512_unpacklo_epi8(v[2 * i], v[2 * i + 1]);
