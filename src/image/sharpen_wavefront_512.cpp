@@ -128,6 +128,11 @@ BRINDLE_AVX512 inline __m512i narrowIndex() {
     return _mm512_load_si512(idx);
 }
 
+// The row above lane i at a step: lane i + 1's word, read one word on.
+BRINDLE_AVX512 inline __m512i above(const std::int16_t* lanes) {
+    return _mm512_loadu_si512(lanes + 1);
+}
+
 }  // namespace
 
 struct SharpenWavefront512::Carry {
@@ -169,9 +174,6 @@ BRINDLE_AVX512 void SharpenWavefront512::sweepPiece(int base, int end, Carry& ca
     alignas(64) std::int16_t upIdx[kLanes];
     for (int i = 0; i < kLanes; ++i) upIdx[i] = static_cast<std::int16_t>(i > 0 ? i - 1 : 0);
     const __m512i up = _mm512_load_si512(upIdx);
-    const auto at = [&](int step) { return lanesAt(step, base); };
-    // The row above lane i at step t: lane i + 1's word, read one word on.
-    const auto above = [&](int step) BRINDLE_AVX512 { return _mm512_loadu_si512(at(step) + 1); };
     // Lanes 1 .. 30 whose byte lies in 6 .. bytes - 4; the others keep their byte.
     const int lastFull = bytes_ - 4;
     const auto inside = [&](int s) -> __mmask32 {
@@ -181,11 +183,13 @@ BRINDLE_AVX512 void SharpenWavefront512::sweepPiece(int base, int end, Carry& ca
         return laneBits(lo, hi + 1);
     };
     const __mmask32 allInside = laneBits(1, kRows + 1);
-    const auto step = [&](int s, __mmask32 keep, __m512i& last, __m512i& prev, __m512i& prevprev,
-                          __m512i& ahead3, __m512i& ahead6) BRINDLE_AVX512 {
-        const __m512i raw = _mm512_load_si512(at(s));
-        const __m512i ahead9 = above(s + 9);
-        const __m512i known = _mm512_add_epi16(_mm512_load_si512(at(s + 3)),
+    // One step of one chain at `at`: its outputs three, six and nine steps
+    // back, and the rows above three and six steps on.
+    const auto step = [&](std::int16_t* at, __mmask32 keep, __m512i& last, __m512i& prev,
+                          __m512i& prevprev, __m512i& ahead3, __m512i& ahead6) BRINDLE_AVX512 {
+        const __m512i raw = _mm512_load_si512(at);
+        const __m512i ahead9 = above(at + 9 * kLanes);
+        const __m512i known = _mm512_add_epi16(_mm512_load_si512(at + 3 * kLanes),
                                                _mm512_add_epi16(ahead3, _mm512_add_epi16(ahead6, ahead9)));
         const __m512i scaled = _mm512_mullo_epi16(raw, centre);
         const __m512i down = _mm512_add_epi16(last, _mm512_add_epi16(prev, prevprev));
@@ -195,7 +199,7 @@ BRINDLE_AVX512 void SharpenWavefront512::sweepPiece(int base, int end, Carry& ca
         const __m512i n = _mm512_subs_epu16(scaled, _mm512_add_epi16(sum, sum));
         const __m512i q = _mm512_srlv_epi16(_mm512_mulhi_epu16(n, multiplier), shift);
         const __m512i out = _mm512_mask_min_epu16(raw, keep, q, top);
-        _mm512_store_si512(at(s), out);
+        _mm512_store_si512(at, out);
         prevprev = prev;
         prev = last;
         last = out;
@@ -205,20 +209,28 @@ BRINDLE_AVX512 void SharpenWavefront512::sweepPiece(int base, int end, Carry& ca
     __m512i l0 = carry.last[0], l1 = carry.last[1], l2 = carry.last[2];
     __m512i p0 = carry.prev[0], p1 = carry.prev[1], p2 = carry.prev[2];
     __m512i pp0 = carry.prevprev[0], pp1 = carry.prevprev[1], pp2 = carry.prevprev[2];
-    __m512i a30 = above(base + 3), a31 = above(base + 4), a32 = above(base + 5);
-    __m512i a60 = above(base + 6), a61 = above(base + 7), a62 = above(base + 8);
+    std::int16_t* at = lanesAt(base, base);
+    __m512i a30 = above(at + 3 * kLanes), a31 = above(at + 4 * kLanes), a32 = above(at + 5 * kLanes);
+    __m512i a60 = above(at + 6 * kLanes), a61 = above(at + 7 * kLanes), a62 = above(at + 8 * kLanes);
     const int firstFull = 6 + 6 * kRows;
-    for (int s = base; s < end; s += 3) {
-        if (s >= firstFull && s + 2 <= lastFull + 6) {
-            step(s, allInside, l0, p0, pp0, a30, a60);
-            step(s + 1, allInside, l1, p1, pp1, a31, a61);
-            step(s + 2, allInside, l2, p2, pp2, a32, a62);
-        } else {
-            step(s, inside(s), l0, p0, pp0, a30, a60);
-            step(s + 1, inside(s + 1), l1, p1, pp1, a31, a61);
-            step(s + 2, inside(s + 2), l2, p2, pp2, a32, a62);
+    int s = base;
+    // Before the middle, the middle, and after it.
+    const int middle = std::max(s, std::min(end, (firstFull + 2) / 3 * 3));
+    const int after = std::max(middle, std::min(end, (lastFull + 6 - 2) / 3 * 3 + 3));
+    const auto edges = [&](int until) BRINDLE_AVX512 {
+        for (; s < until; s += 3, at += 3 * kLanes) {
+            step(at, inside(s), l0, p0, pp0, a30, a60);
+            step(at + kLanes, inside(s + 1), l1, p1, pp1, a31, a61);
+            step(at + 2 * kLanes, inside(s + 2), l2, p2, pp2, a32, a62);
         }
+    };
+    edges(middle);
+    for (; s < after; s += 3, at += 3 * kLanes) {
+        step(at, allInside, l0, p0, pp0, a30, a60);
+        step(at + kLanes, allInside, l1, p1, pp1, a31, a61);
+        step(at + 2 * kLanes, allInside, l2, p2, pp2, a32, a62);
     }
+    edges(end);
     carry = Carry{{l0, l1, l2}, {p0, p1, p2}, {pp0, pp1, pp2}};
 }
 
