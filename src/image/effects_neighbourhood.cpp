@@ -9,7 +9,9 @@
 #include "image/effects_internal.h"
 #include "image/rounding.h"
 #include "image/row_feed.h"
+#include "image/sharpen_bands.h"
 #include "image/sharpen_wavefront.h"
+#include "image/sharpen_wavefront_512.h"
 #include "image/sharpen_wavefront_wide.h"
 
 namespace brindle {
@@ -101,37 +103,44 @@ struct FeedRows {
     }
 };
 
-// Bands of rows: sixteen in AVX2 lanes, then eight, then one at a time. A
-// band reads from the row below its first to the row above its last.
+// Bands of `kRows` rows while they fit; a band reads from the row below its
+// first to the row above its last.
+template <int kRows, class Wave>
+void runBands(cDIBSection& d, Wave& wave, int& y, const FeedRows& feed, RowProgress& rp) {
+    const int height = d.Height();
+    std::uint8_t* rows[kRows + 2];
+    for (; y + kRows - 1 <= height - 2; y += kRows) {
+        feed.upTo(y + kRows);
+        for (int i = 0; i < kRows + 2; ++i) rows[i] = d.rowBits(y - 1 + i);
+        wave.band(rows);
+        rp.step(y + kRows - 1, height);
+    }
+}
+
+// Bands of rows: thirty in AVX-512 lanes, sixteen in AVX2 lanes, then eight,
+// then one at a time; none wider than `widest`.
 void sharpenBands(cDIBSection& d, int strength, const SharpenTable& table, const FeedRows& feed,
-                  RowProgress& rp) {
+                  RowProgress& rp, int widest) {
     const int height = d.Height();
     const int last = d.Width() * 3 - 6;
     const int centre = strength + 24;
-    std::vector<int> partial(static_cast<std::size_t>(last) + 3);
     int y = 2;
-    effects::SharpenWavefrontWide wide;
-    if (effects::SharpenWavefrontWide::available() && wide.prepare(strength, d.Width())) {
-        constexpr int kLanes = effects::SharpenWavefrontWide::kLanes;
-        std::uint8_t* rows[kLanes + 2];
-        for (; y + kLanes - 1 <= height - 2; y += kLanes) {
-            feed.upTo(y + kLanes);
-            for (int i = 0; i < kLanes + 2; ++i) rows[i] = d.rowBits(y - 1 + i);
-            wide.band(rows);
-            rp.step(y + kLanes - 1, height);
-        }
+    using Band512 = effects::SharpenWavefront512;
+    using Band16 = effects::SharpenWavefrontWide;
+    using Band8 = effects::SharpenWavefront;
+    if (widest >= Band512::kRows && Band512::available()) {
+        Band512 band;
+        if (band.prepare(strength, d.Width())) runBands<Band512::kRows>(d, band, y, feed, rp);
     }
-    effects::SharpenWavefront wave;
-    if (wave.prepare(strength, d.Width())) {
-        constexpr int kLanes = effects::SharpenWavefront::kLanes;
-        std::uint8_t* rows[kLanes + 2];
-        for (; y + kLanes - 1 <= height - 2; y += kLanes) {
-            feed.upTo(y + kLanes);
-            for (int i = 0; i < kLanes + 2; ++i) rows[i] = d.rowBits(y - 1 + i);
-            wave.band(rows);
-            rp.step(y + kLanes - 1, height);
-        }
+    if (widest >= Band16::kLanes && Band16::available()) {
+        Band16 band;
+        if (band.prepare(strength, d.Width())) runBands<Band16::kLanes>(d, band, y, feed, rp);
     }
+    if (widest >= Band8::kLanes) {
+        Band8 band;
+        if (band.prepare(strength, d.Width())) runBands<Band8::kLanes>(d, band, y, feed, rp);
+    }
+    std::vector<int> partial(static_cast<std::size_t>(last) + 3);
     for (; y <= height - 2; ++y) {
         feed.upTo(y + 1);
         sharpenRow(d.rowBits(y), d.rowBits(y - 1), d.rowBits(y + 1), last, centre, table, partial);
@@ -160,21 +169,34 @@ void sharpenPlain(cDIBSection& d, long long centre, long long divisor, RowProgre
 
 }  // namespace
 
-void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress, RowFeed* feed) {
-    RowProgress rp(progress_, progress);
-    const FeedRows rows{feed};
+namespace {
+
+void sharpenAll(cDIBSection& d, int strength, const FeedRows& rows, RowProgress& rp, int widest) {
     const long long divisor = static_cast<long long>(strength) + 8;
     const long long centre = static_cast<long long>(strength) + 24;
-    const int last = Width() * 3 - 6;
+    const int last = d.Width() * 3 - 6;
     SharpenTable table;
     if (divisor != 0 && last >= 6 && table.build(static_cast<int>(centre), static_cast<int>(divisor))) {
-        sharpenBands(*this, strength, table, rows, rp);
+        sharpenBands(d, strength, table, rows, rp, widest);
     } else if (divisor != 0) {
-        rows.upTo(Height() - 1);
-        sharpenPlain(*this, centre, divisor, rp);
+        rows.upTo(d.Height() - 1);
+        sharpenPlain(d, centre, divisor, rp);
     }
-    rows.upTo(Height() - 1);
+    rows.upTo(d.Height() - 1);
+}
+
+}  // namespace
+
+void cDIBSection::effectSchärfen2(int strength, ProgressWord* progress, RowFeed* feed) {
+    RowProgress rp(progress_, progress);
+    sharpenAll(*this, strength, FeedRows{feed}, rp, effects::kWidestSharpenBand);
     rp.done();
+}
+
+void effects::sharpenWithBandsUpTo(cDIBSection& d, int strength, int widest) {
+    ProgressWord progress;
+    RowProgress rp(progress, nullptr);
+    sharpenAll(d, strength, FeedRows{nullptr}, rp, widest);
 }
 
 // Five-point mean in place: a pixel already sees its changed left and lower

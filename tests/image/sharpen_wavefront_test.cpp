@@ -7,7 +7,9 @@
 #include "image/dib_section.h"
 #include "image/image_compare.h"
 #include "image/plain_effects.h"
+#include "image/sharpen_bands.h"
 #include "image/sharpen_wavefront.h"
+#include "image/sharpen_wavefront_512.h"
 #include "image/sharpen_wavefront_wide.h"
 
 namespace brindle {
@@ -47,12 +49,16 @@ TEST(SharpenWavefront, PreparesOnlyStrengthsTheLanesHold) {
     EXPECT_TRUE(wave.prepare(5, 4));
 }
 
-TEST(SharpenWavefront, WideBandPreparesWhatTheNarrowOneDoes) {
+TEST(SharpenWavefront, WideBandsPrepareWhatTheNarrowOneDoes) {
+    effects::SharpenWavefront512 widest;
     effects::SharpenWavefrontWide wide;
     effects::SharpenWavefront narrow;
     for (const auto& [strength, width] : {std::pair{-6, 100}, {104, 100}, {105, 100}, {-7, 100},
-                                          {-8, 100}, {5, 3}, {5, 4}, {0, 4000}})
-        EXPECT_EQ(narrow.prepare(strength, width), wide.prepare(strength, width)) << strength;
+                                          {-8, 100}, {5, 3}, {5, 4}, {0, 4000}}) {
+        const bool expected = narrow.prepare(strength, width);
+        EXPECT_EQ(expected, wide.prepare(strength, width)) << strength;
+        EXPECT_EQ(expected, widest.prepare(strength, width)) << strength;
+    }
 }
 
 cDIBSection flat(int w, int h, std::uint8_t v) {
@@ -91,6 +97,55 @@ TEST(SharpenWavefront, BandsGiveTheFormulasBytes) {
                 ASSERT_TRUE(sameImage(plain, fast));
             }
         }
+}
+
+// Each path alone against the formula: bands no wider than `widest`, then the
+// narrower ones and single rows for what is left.
+void checkBandsUpTo(int widest) {
+    // Widths around the 16-, 32- and 64-byte blocks, tiny ones, and ones whose
+    // bands end just before or after a piece of 192 or 384 steps.
+    const int widths[] = {4, 5, 6, 10, 11, 16, 21, 22, 32, 43, 64, 65, 69, 70, 133, 134, 300};
+    // One band of 30 and nothing left; rows left after 30, 16 and 8 at once;
+    // rows left after 16 and 8 only; two bands of 30 and a few rows.
+    const int heights[] = {33, 34, 60, 29, 66, 95};
+    unsigned seed = 11;
+    for (int w : widths)
+        for (int h : heights)
+            for (int strength : {-7, -6, -1, 0, 5, 50, 104, 105}) {
+                SCOPED_TRACE(testing::Message() << w << "x" << h << " strength " << strength);
+                for (const cDIBSection& in : {noisePicture(w, h, seed++), extremes(w, h, seed++),
+                                              flat(w, h, 255), flat(w, h, 0)}) {
+                    cDIBSection fast = in, plain = in;
+                    effects::sharpenWithBandsUpTo(fast, strength, widest);
+                    plainSharpen(plain, strength);
+                    ASSERT_TRUE(sameImage(plain, fast));
+                }
+            }
+}
+
+TEST(SharpenWavefront, BandsOfThirtyGiveTheFormulasBytes) {
+    if (!effects::SharpenWavefront512::available()) GTEST_SKIP() << "no AVX-512 here";
+    checkBandsUpTo(effects::SharpenWavefront512::kRows);
+}
+
+TEST(SharpenWavefront, BandsOfSixteenGiveTheFormulasBytes) {
+    if (!effects::SharpenWavefrontWide::available()) GTEST_SKIP() << "no AVX2 here";
+    checkBandsUpTo(effects::SharpenWavefrontWide::kLanes);
+}
+
+TEST(SharpenWavefront, BandsOfEightGiveTheFormulasBytes) {
+    checkBandsUpTo(effects::SharpenWavefront::kLanes);
+}
+
+TEST(SharpenWavefront, SingleRowsGiveTheFormulasBytes) { checkBandsUpTo(1); }
+
+TEST(SharpenWavefront, TheBatchSharpeningTakesTheWidestBand) {
+    // The same picture through the member and through the widest cap.
+    cDIBSection a = noisePicture(150, 97, 5), b = a;
+    a.effectSchärfen2(9);
+    effects::sharpenWithBandsUpTo(b, 9, effects::kWidestSharpenBand);
+    EXPECT_TRUE(sameImage(a, b));
+    EXPECT_EQ(effects::SharpenWavefront512::kRows, effects::kWidestSharpenBand);
 }
 
 }  // namespace
