@@ -6,6 +6,7 @@
 // processor first.
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 #include "image/saturation_lanes.h"
 
@@ -119,20 +120,54 @@ void fromTable(std::uint8_t* p, const std::uint8_t* original, const std::uint8_t
     p[2] = row[r];
 }
 
-// Which of the 96 bytes at p the block reads and writes: `front` of the
+// Which of the 96 bytes at p a block reads and writes: `front` of the
 // first 64, `back` of the 32 after them; `valid` the pixels among the 32.
 struct Block {
     __mmask64 front, back;
     __mmask32 valid;
 };
 
-template <int Mode, bool Ties>
+constexpr Block kWhole{~__mmask64{0}, 0xFFFFFFFFull, ~__mmask32{0}};
+
+// The last 1 .. 31 pixels of a row, read and written through masks so that
+// nothing past the row is touched.
+constexpr Block tailBlock(int pixels) {
+    const int bytes = 3 * pixels;
+    return Block{bytes >= 64 ? ~__mmask64{0} : (__mmask64{1} << bytes) - 1,
+                 bytes > 64 ? (__mmask64{1} << (bytes - 64)) - 1 : 0,
+                 (__mmask32{1} << pixels) - 1};
+}
+
+struct Bytes {
+    __m512i front, back;
+};
+
+BRINDLE_AVX512 Bytes loadBlock(const std::uint8_t* p, Block m) {
+    return Bytes{_mm512_maskz_loadu_epi8(m.front, p), _mm512_maskz_loadu_epi8(m.back, p + 64)};
+}
+
+// The back's upper half is left undefined: no index reads it.
+BRINDLE_AVX512 Bytes loadWhole(const std::uint8_t* p) {
+    const __m256i back = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + 64));
+    return Bytes{_mm512_loadu_si512(p), _mm512_castsi256_si512(back)};
+}
+
+BRINDLE_AVX512 void storeWhole(std::uint8_t* p, __m512i front, __m512i back) {
+    __m256i low;
+    std::memcpy(&low, &back, sizeof low);
+    _mm512_storeu_si512(p, front);
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 64), low);
+}
+
+// Whole blocks read and write plainly: masked stores cost more, and a load
+// that overlaps the full width of an earlier masked store (the back one
+// reaches into the next block) waits for it to reach the cache.
+template <int Mode, bool Ties, bool Whole>
 BRINDLE_AVX512 void saturateBlock(std::uint8_t* p, Block m, const Lanes& k, const std::uint8_t* table) {
-    const __m512i v0 = _mm512_maskz_loadu_epi8(m.front, p);
-    const __m512i v1 = _mm512_maskz_loadu_epi8(m.back, p + 64);
-    const __m512i b = _mm512_maskz_permutex2var_epi8(kLowBytes, v0, k.split0, v1);
-    const __m512i g = _mm512_maskz_permutex2var_epi8(kLowBytes, v0, k.split1, v1);
-    const __m512i r = _mm512_maskz_permutex2var_epi8(kLowBytes, v0, k.split2, v1);
+    const Bytes in = Whole ? loadWhole(p) : loadBlock(p, m);
+    const __m512i b = _mm512_maskz_permutex2var_epi8(kLowBytes, in.front, k.split0, in.back);
+    const __m512i g = _mm512_maskz_permutex2var_epi8(kLowBytes, in.front, k.split1, in.back);
+    const __m512i r = _mm512_maskz_permutex2var_epi8(kLowBytes, in.front, k.split2, in.back);
     const __m512i sum = _mm512_add_epi16(_mm512_add_epi16(b, g), _mm512_add_epi16(r, k.one));
     const __m512i mean = _mm512_mulhi_epu16(sum, k.third);
     const __mmask32 take = selected<Mode>(b, g, r);
@@ -141,14 +176,20 @@ BRINDLE_AVX512 void saturateBlock(std::uint8_t* p, Block m, const Lanes& k, cons
     const __m512i ng = pick<Mode>(take, g, channel<Ties>(g, mean, k, ties));
     const __m512i nr = pick<Mode>(take, r, channel<Ties>(r, mean, k, ties));
     const __m512i blueGreen = _mm512_packus_epi16(nb, ng), red = _mm512_packus_epi16(nr, nr);
-    _mm512_mask_storeu_epi8(p, m.front, _mm512_permutex2var_epi8(blueGreen, k.join0, red));
-    _mm512_mask_storeu_epi8(p + 64, m.back, _mm512_permutex2var_epi8(blueGreen, k.join1, red));
+    const __m512i front = _mm512_permutex2var_epi8(blueGreen, k.join0, red);
+    const __m512i back = _mm512_permutex2var_epi8(blueGreen, k.join1, red);
+    if constexpr (Whole) {
+        storeWhole(p, front, back);
+    } else {
+        _mm512_mask_storeu_epi8(p, m.front, front);
+        _mm512_mask_storeu_epi8(p + 64, m.back, back);
+    }
     if constexpr (Ties) {
         std::uint32_t half = ties & take & m.valid;
         if (half == 0) return;
         alignas(64) std::uint8_t original[128];
-        _mm512_store_si512(original, v0);
-        _mm512_store_si512(original + 64, v1);
+        _mm512_store_si512(original, in.front);
+        _mm512_store_si512(original + 64, in.back);
         for (; half != 0; half &= half - 1) {
             const int i = __builtin_ctz(half);
             fromTable(p + 3 * i, original + 3 * i, table);
@@ -156,24 +197,13 @@ BRINDLE_AVX512 void saturateBlock(std::uint8_t* p, Block m, const Lanes& k, cons
     }
 }
 
-// The last 1 .. 31 pixels of a row, read and written through masks so that
-// nothing past the row is touched.
-BRINDLE_AVX512 Block tailBlock(int pixels) {
-    const int bytes = 3 * pixels;
-    const __mmask64 all = ~__mmask64{0};
-    return Block{bytes >= 64 ? all : (__mmask64{1} << bytes) - 1,
-                 bytes > 64 ? (__mmask64{1} << (bytes - 64)) - 1 : 0,
-                 (__mmask32{1} << pixels) - 1};
-}
-
 template <int Mode, bool Ties>
 BRINDLE_AVX512 void saturateRow(std::uint8_t* row, int pixels, const SaturationSplit& split,
                                 const std::uint8_t* table) {
     const Lanes k = makeLanes(split);
-    const Block whole{~__mmask64{0}, 0xFFFFFFFFull, ~__mmask32{0}};
     int x = 0;
-    for (; x + 32 <= pixels; x += 32) saturateBlock<Mode, Ties>(row + 3 * x, whole, k, table);
-    if (x < pixels) saturateBlock<Mode, Ties>(row + 3 * x, tailBlock(pixels - x), k, table);
+    for (; x + 32 <= pixels; x += 32) saturateBlock<Mode, Ties, true>(row + 3 * x, kWhole, k, table);
+    if (x < pixels) saturateBlock<Mode, Ties, false>(row + 3 * x, tailBlock(pixels - x), k, table);
 }
 
 template <int Mode>
