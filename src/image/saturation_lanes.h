@@ -25,6 +25,12 @@ constexpr int laneDivide100(int x) { return (((x >> 2) * 41944) >> 16) >> 4; }
 // sums 0 .. 765 (a third never ends in a half).
 constexpr int laneThird(int sum) { return ((sum + 1) * 21846) >> 16; }
 
+// floor(y / 100) as the 32-pixel lanes compute it (a signed high multiply
+// and a shift); exact for y in -25600 .. 43689 but at the negative multiples
+// of 100 (exact halves), where it is one less.
+constexpr int kSignedDivide100 = 20972;
+constexpr int laneFloor100(int y) { return ((y * kSignedDivide100) >> 16) >> 5; }
+
 // True when this processor runs the lanes.
 bool saturationLanesAvailable();
 

@@ -58,7 +58,7 @@ constexpr Index kJoin0 = joinIndex(0), kJoin1 = joinIndex(1);
 constexpr __mmask64 kLowBytes = 0x5555555555555555ull;
 
 struct Lanes {
-    __m512i a, b, offset, bias, hundred, divide, one, third;
+    __m512i a, b, half, hundred, divide, one, third;
     __m512i split0, split1, split2, join0, join1;
 };
 
@@ -67,10 +67,9 @@ BRINDLE_AVX512 __m512i load(const Index& index) { return _mm512_loadu_si512(inde
 BRINDLE_AVX512 Lanes makeLanes(const SaturationSplit& split) {
     return Lanes{_mm512_set1_epi16(static_cast<short>(split.a)),
                  _mm512_set1_epi16(static_cast<short>(split.b)),
-                 _mm512_set1_epi16(static_cast<short>(25650)),
-                 _mm512_set1_epi16(256),
+                 _mm512_set1_epi16(50),
                  _mm512_set1_epi16(100),
-                 _mm512_set1_epi16(static_cast<short>(41944)),
+                 _mm512_set1_epi16(static_cast<short>(kSignedDivide100)),
                  _mm512_set1_epi16(1),
                  _mm512_set1_epi16(21846),
                  load(kSplit0),
@@ -81,15 +80,21 @@ BRINDLE_AVX512 Lanes makeLanes(const SaturationSplit& split) {
 }
 
 // One channel of 32 pixels: the new value (not yet held to 0 .. 255) and, in
-// `ties`, the lanes at an exact half when the split has any.
+// `ties`, the lanes at an exact half when the split has any. The quotient
+// is signed (laneFloor100); c + q never overflows, so one saturating add
+// holds the result where the clamp to 0 .. 255 gives the right byte.
 template <bool Ties>
 BRINDLE_AVX512 __m512i channel(__m512i c, __m512i mean, const Lanes& k, __mmask32& ties) {
     const __m512i delta = _mm512_sub_epi16(c, mean);
-    const __m512i x = _mm512_add_epi16(_mm512_mullo_epi16(delta, k.b), k.offset);
-    const __m512i q = _mm512_srli_epi16(_mm512_mulhi_epu16(_mm512_srli_epi16(x, 2), k.divide), 4);
-    if constexpr (Ties) ties |= _mm512_cmpeq_epi16_mask(x, _mm512_mullo_epi16(q, k.hundred));
-    const __m512i change = _mm512_adds_epi16(_mm512_mullo_epi16(delta, k.a), _mm512_sub_epi16(q, k.bias));
-    return _mm512_adds_epi16(c, change);
+    const __m512i y = _mm512_add_epi16(_mm512_mullo_epi16(delta, k.b), k.half);
+    const __m512i q = _mm512_srai_epi16(_mm512_mulhi_epi16(y, k.divide), 5);
+    if constexpr (Ties) {
+        // y a multiple of 100: q x 100 is y, or y - 100 below zero.
+        const __m512i whole = _mm512_mullo_epi16(q, k.hundred);
+        ties |= _mm512_cmpeq_epi16_mask(y, whole) |
+                _mm512_cmpeq_epi16_mask(_mm512_sub_epi16(y, k.hundred), whole);
+    }
+    return _mm512_adds_epi16(_mm512_add_epi16(c, q), _mm512_mullo_epi16(delta, k.a));
 }
 
 template <int Mode>

@@ -25,6 +25,10 @@ using test::plainSaturation;
 
 TEST(SaturationLanes, IntegerStepsAreExact) {
     for (int x = 0; x <= 51199; ++x) ASSERT_EQ(x / 100, effects::laneDivide100(x)) << x;
+    for (int y = -25600; y <= 43689; ++y) {
+        const int q = y >= 0 ? y / 100 : -((99 - y) / 100);
+        ASSERT_EQ(y < 0 && y % 100 == 0 ? q - 1 : q, effects::laneFloor100(y)) << y;
+    }
     for (int s = 0; s <= 765; ++s) ASSERT_EQ(roundEven(s / 3.0), effects::laneThird(s)) << s;
     // The split's sum against the double formula for every channel and mean.
     for (int percent : {-12800, -12799, -150, -101, -100, -50, -1, 0, 1, 5, 50, 99, 110, 115,
