@@ -1,9 +1,9 @@
 // The saturation 32 pixels at a time with byte permutes (AVX-512 VBMI). One
 // two-source permute takes a plane of 32 pixels out of 96 bytes straight into
 // 16-bit lanes (the high bytes zeroed by its mask); two packs and two permutes
-// put the bytes back. The arithmetic is that of the 16-pixel lanes. Only the
-// functions marked for AVX-512 use its instructions; the caller asks the
-// processor first.
+// put the bytes back. The arithmetic is that of the 16-pixel lanes with a
+// signed division by 100. Only the functions marked for AVX-512 use its
+// instructions; the caller asks the processor first.
 #include <array>
 #include <cstdint>
 #include <cstring>
