@@ -43,9 +43,13 @@ const std::array<std::uint8_t, 766>& thirds() {
 // The lanes do what they can of the row and this loop the rest.
 template <int Mode>
 void saturateRow(std::uint8_t* p, int width, const std::uint8_t* table,
-                 const effects::SaturationSplit* lanes) {
+                 effects::SaturationWidth lanes, const effects::SaturationSplit& split) {
     const std::uint8_t* third = thirds().data();
-    const int done = lanes ? effects::saturateLanes(p, width, Mode, *lanes, table) : 0;
+    int done = 0;
+    if (lanes == effects::SaturationWidth::lanes32)
+        done = effects::saturateLanes512(p, width, Mode, split, table);
+    else if (lanes == effects::SaturationWidth::lanes16)
+        done = effects::saturateLanes(p, width, Mode, split, table);
     for (int x = done * 3; x < width * 3; x += 3) {
         const int b = p[x], g = p[x + 1], r = p[x + 2];
         if (!saturationSelects<Mode>(b, g, r)) continue;
@@ -60,28 +64,33 @@ void saturateRow(std::uint8_t* p, int width, const std::uint8_t* table,
 
 // Each channel depends on itself and the pixel's mean only, so one table of
 // 256 x 256 holds every result, computed by the formula itself.
-bool SaturationRow::prepare(int percent, int mode) {
+bool SaturationRow::prepare(int percent, int mode, effects::SaturationWidth widest) {
     if (mode < 1 || mode > 7) return false;
     mode_ = mode;
     const double factor = percent / 100.0;
     table_.resize(256 * 256);
     for (int mean = 0; mean < 256; ++mean)
         for (int c = 0; c < 256; ++c) table_[mean * 256 + c] = roundClamp((c - mean) * factor + c);
-    lanes_ = effects::saturationLanesAvailable() && effects::splitSaturation(percent, split_);
+    using effects::SaturationWidth;
+    lanes_ = SaturationWidth::plain;
+    if (!effects::splitSaturation(percent, split_)) return true;
+    if (widest >= SaturationWidth::lanes32 && effects::saturationLanes512Available())
+        lanes_ = SaturationWidth::lanes32;
+    else if (widest >= SaturationWidth::lanes16 && effects::saturationLanesAvailable())
+        lanes_ = SaturationWidth::lanes16;
     return true;
 }
 
 void SaturationRow::apply(std::uint8_t* row, int width) const {
-    const effects::SaturationSplit* lanes = lanes_ ? &split_ : nullptr;
     const std::uint8_t* t = table_.data();
     switch (mode_) {
-        case 1: return saturateRow<1>(row, width, t, lanes);
-        case 2: return saturateRow<2>(row, width, t, lanes);
-        case 3: return saturateRow<3>(row, width, t, lanes);
-        case 4: return saturateRow<4>(row, width, t, lanes);
-        case 5: return saturateRow<5>(row, width, t, lanes);
-        case 6: return saturateRow<6>(row, width, t, lanes);
-        case 7: return saturateRow<7>(row, width, t, lanes);
+        case 1: return saturateRow<1>(row, width, t, lanes_, split_);
+        case 2: return saturateRow<2>(row, width, t, lanes_, split_);
+        case 3: return saturateRow<3>(row, width, t, lanes_, split_);
+        case 4: return saturateRow<4>(row, width, t, lanes_, split_);
+        case 5: return saturateRow<5>(row, width, t, lanes_, split_);
+        case 6: return saturateRow<6>(row, width, t, lanes_, split_);
+        case 7: return saturateRow<7>(row, width, t, lanes_, split_);
         default: return;
     }
 }

@@ -20,14 +20,16 @@ class ByteTable;
 // The saturation of one row, as effectFarbeSaturation does it.
 class SaturationRow {
   public:
-    // False for a mode outside 1 .. 7, which changes nothing.
-    bool prepare(int percent, int mode);
+    // False for a mode outside 1 .. 7, which changes nothing. `widest`
+    // caps the lanes the processor would otherwise choose (for tests).
+    bool prepare(int percent, int mode,
+                 effects::SaturationWidth widest = effects::SaturationWidth::lanes32);
     void apply(std::uint8_t* row, int width) const;
 
   private:
     int mode_ = 0;
     std::vector<std::uint8_t> table_;  // entry mean x 256 + channel
-    bool lanes_ = false;
+    effects::SaturationWidth lanes_ = effects::SaturationWidth::plain;
     effects::SaturationSplit split_;
 };
 

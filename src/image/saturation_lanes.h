@@ -1,5 +1,5 @@
-// The colour saturation sixteen pixels at a time (AVX2). The effect's
-// formula is round((c - mean) x percent / 100 + c) in doubles; apart from
+// The colour saturation sixteen pixels at a time (AVX2) or 32 (AVX-512).
+// The effect's formula is round((c - mean) x percent / 100 + c) in doubles; apart from
 // exact halves that equals c + floor(((c - mean) x percent + 50) / 100) in
 // integers, and with percent = 100 a + b every product fits 16 bits:
 // c + (c - mean) a + floor(((c - mean) b + 50) / 100). Pixels that meet an
@@ -25,6 +25,12 @@ constexpr int laneDivide100(int x) { return (((x >> 2) * 41944) >> 16) >> 4; }
 // sums 0 .. 765 (a third never ends in a half).
 constexpr int laneThird(int sum) { return ((sum + 1) * 21846) >> 16; }
 
+// floor(y / 100) as the 32-pixel lanes compute it (a signed high multiply
+// and a shift); exact for y in -25600 .. 43689 but at the negative multiples
+// of 100 (exact halves), where it is one less.
+constexpr int kSignedDivide100 = 20972;
+constexpr int laneFloor100(int y) { return ((y * kSignedDivide100) >> 16) >> 5; }
+
 // True when this processor runs the lanes.
 bool saturationLanesAvailable();
 
@@ -33,5 +39,17 @@ bool saturationLanesAvailable();
 // table (entry mean x 256 + channel), for the pixels at an exact half.
 int saturateLanes(std::uint8_t* row, int pixels, int mode, const SaturationSplit& split,
                   const std::uint8_t* table);
+
+// True when this processor runs the 32-pixel lanes (byte permutes).
+bool saturationLanes512Available();
+
+// As saturateLanes, 32 pixels at a time and the row's end through masks:
+// does the whole row and returns `pixels`.
+int saturateLanes512(std::uint8_t* row, int pixels, int mode, const SaturationSplit& split,
+                     const std::uint8_t* table);
+
+// The widest lanes a saturation may take; tests cap it to hold each path
+// against the formula on a processor that runs them all.
+enum class SaturationWidth { plain, lanes16, lanes32 };
 
 }  // namespace brindle::effects
