@@ -13,6 +13,7 @@ class ByteTable {
     explicit ByteTable(const std::uint8_t (&table)[256], bool allowWide = true);
     // p[i] = table[p[i]] for i in 0 .. n - 1.
     void apply(std::uint8_t* p, std::size_t n) const;
+    const std::uint8_t* entries() const { return table_; }
 
   private:
     std::uint8_t table_[256];

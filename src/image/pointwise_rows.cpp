@@ -41,13 +41,15 @@ const std::array<std::uint8_t, 766>& thirds() {
 }
 
 // The lanes do what they can of the row and this loop the rest.
+// `before`, a table looked up first, is only for the 32-pixel lanes.
 template <int Mode>
 void saturateRow(std::uint8_t* p, int width, const std::uint8_t* table,
-                 effects::SaturationWidth lanes, const effects::SaturationSplit& split) {
+                 effects::SaturationWidth lanes, const effects::SaturationSplit& split,
+                 const std::uint8_t* before = nullptr) {
     const std::uint8_t* third = thirds().data();
     int done = 0;
     if (lanes == effects::SaturationWidth::lanes32)
-        done = effects::saturateLanes512(p, width, Mode, split, table);
+        done = effects::saturateLanes512(p, width, Mode, split, table, before);
     else if (lanes == effects::SaturationWidth::lanes16)
         done = effects::saturateLanes(p, width, Mode, split, table);
     for (int x = done * 3; x < width * 3; x += 3) {
@@ -95,6 +97,24 @@ void SaturationRow::apply(std::uint8_t* row, int width) const {
     }
 }
 
+void SaturationRow::applyAfter(std::uint8_t* row, int width, const ByteTable& before) const {
+    if (lanes_ != effects::SaturationWidth::lanes32 || mode_ < 1 || mode_ > 7) {
+        before.apply(row, static_cast<std::size_t>(width) * 3);
+        return apply(row, width);
+    }
+    const std::uint8_t* t = table_.data();
+    const std::uint8_t* b = before.entries();
+    switch (mode_) {
+        case 1: return saturateRow<1>(row, width, t, lanes_, split_, b);
+        case 2: return saturateRow<2>(row, width, t, lanes_, split_, b);
+        case 3: return saturateRow<3>(row, width, t, lanes_, split_, b);
+        case 4: return saturateRow<4>(row, width, t, lanes_, split_, b);
+        case 5: return saturateRow<5>(row, width, t, lanes_, split_, b);
+        case 6: return saturateRow<6>(row, width, t, lanes_, split_, b);
+        default: return saturateRow<7>(row, width, t, lanes_, split_, b);
+    }
+}
+
 // A table over the colour bytes of each row, or (`flat`) over the buffer
 // as one array from byte 0 to (Height - 1) x (BytesPerScanLine - 1), pad
 // bytes included, as the older brightness path does it. A saturation when
@@ -106,7 +126,7 @@ struct PointwiseRows::Step {
     SaturationRow saturation;
 };
 
-PointwiseRows::PointwiseRows() = default;
+PointwiseRows::PointwiseRows(effects::SaturationWidth widest) : widest_(widest) {}
 PointwiseRows::~PointwiseRows() = default;
 
 std::size_t PointwiseRows::size() const { return steps_.size(); }
@@ -145,7 +165,7 @@ void PointwiseRows::brightnessFlat(int brightness) {
 void PointwiseRows::saturation(int percent, int mode) {
     auto step = std::make_unique<Step>();
     step->isTable = false;
-    if (step->saturation.prepare(percent, mode)) steps_.push_back(std::move(step));
+    if (step->saturation.prepare(percent, mode, widest_)) steps_.push_back(std::move(step));
 }
 
 // A colour-byte table followed or preceded by a flat one: on rows the flat
@@ -157,24 +177,30 @@ struct PointwiseFeed::TablePair {
 };
 
 PointwiseFeed::PointwiseFeed(const PointwiseRows& rows, cDIBSection& dib)
-    : steps_(rows.steps_), dib_(dib) {
+    : steps_(rows.steps_), widest_(rows.widest_), dib_(dib) {
     for (std::size_t i = 0; i < steps_.size(); ++i) {
         const PointwiseRows::Step& step = *steps_[i];
-        lookups_.push_back(step.isTable ? std::make_unique<ByteTable>(step.table) : nullptr);
+        lookups_.push_back(step.isTable ? table(step.table) : nullptr);
         if (i == 0 || !step.isTable || !steps_[i - 1]->isTable) continue;
         if (!pairs_.empty() && pairs_.back().first + 1 == i - 1) continue;  // pairs never overlap
         std::uint8_t both[256];
         for (int v = 0; v < 256; ++v) both[v] = step.table[steps_[i - 1]->table[v]];
-        pairs_.push_back({std::make_unique<ByteTable>(both), i - 1});
+        pairs_.push_back({table(both), i - 1});
     }
 }
 
 PointwiseFeed::~PointwiseFeed() = default;
 
+std::unique_ptr<ByteTable> PointwiseFeed::table(const std::uint8_t (&entries)[256]) const {
+    return std::make_unique<ByteTable>(entries, widest_ == effects::SaturationWidth::lanes32);
+}
+
 void PointwiseFeed::upTo(int row) {
     for (row = std::min(row, dib_.Height() - 1); done_ <= row; ++done_) applyRow(done_);
 }
 
+// A table over the colour bytes just before a saturation is looked up inside
+// the saturation's pass; pad bytes take their table apart.
 void PointwiseFeed::applyRow(int y) {
     const std::size_t stride = static_cast<std::size_t>(dib_.BytesPerScanLine());
     const std::size_t colours = static_cast<std::size_t>(dib_.Width()) * 3;
@@ -184,19 +210,30 @@ void PointwiseFeed::applyRow(int y) {
     const std::size_t flatBytes = flatEnd > start ? std::min(stride, flatEnd - start) : 0;
     auto pair = pairs_.begin();
     for (std::size_t i = 0; i < steps_.size(); ++i) {
-        if (pair != pairs_.end() && pair->first == i && flatBytes == stride) {
-            pair->both->apply(row, colours);
-            const std::size_t flat = steps_[i]->flat ? i : i + 1;
-            lookups_[flat]->apply(row + colours, stride - colours);
-            ++pair;
-            ++i;
+        const bool paired = pair != pairs_.end() && pair->first == i;
+        const ByteTable* both = paired ? (pair++)->both.get() : nullptr;
+        if (!steps_[i]->isTable) {
+            steps_[i]->saturation.apply(row, dib_.Width());
             continue;
         }
-        if (pair != pairs_.end() && pair->first == i) ++pair;
-        if (!steps_[i]->isTable)
-            steps_[i]->saturation.apply(row, dib_.Width());
+        const ByteTable* colour = lookups_[i].get();
+        const ByteTable* pad = nullptr;
+        if (both && flatBytes == stride) {
+            colour = both;
+            pad = lookups_[steps_[i]->flat ? i : i + 1].get();
+            ++i;
+        } else if (steps_[i]->flat) {
+            if (flatBytes < stride) {
+                colour->apply(row, flatBytes);
+                continue;
+            }
+            pad = colour;
+        }
+        if (pad) pad->apply(row + colours, stride - colours);
+        if (i + 1 < steps_.size() && !steps_[i + 1]->isTable)
+            steps_[++i]->saturation.applyAfter(row, dib_.Width(), *colour);
         else
-            lookups_[i]->apply(row, steps_[i]->flat ? flatBytes : colours);
+            colour->apply(row, colours);
     }
 }
 

@@ -25,6 +25,9 @@ class SaturationRow {
     bool prepare(int percent, int mode,
                  effects::SaturationWidth widest = effects::SaturationWidth::lanes32);
     void apply(std::uint8_t* row, int width) const;
+    // As a table over the row's colour bytes and then apply, in one pass
+    // where the lanes allow it.
+    void applyAfter(std::uint8_t* row, int width, const ByteTable& before) const;
 
   private:
     int mode_ = 0;
@@ -35,7 +38,8 @@ class SaturationRow {
 
 class PointwiseRows {
   public:
-    PointwiseRows();
+    // `widest` caps the lanes of every step (for tests).
+    explicit PointwiseRows(effects::SaturationWidth widest = effects::SaturationWidth::lanes32);
     ~PointwiseRows();
     PointwiseRows(const PointwiseRows&) = delete;
     PointwiseRows& operator=(const PointwiseRows&) = delete;
@@ -54,6 +58,7 @@ class PointwiseRows {
     friend class PointwiseFeed;
     struct Step;
     void addTable(const std::uint8_t (&table)[256], bool flat);
+    effects::SaturationWidth widest_;
     std::vector<std::unique_ptr<Step>> steps_;
 };
 
@@ -72,7 +77,10 @@ class PointwiseFeed : public RowFeed {
     struct TablePair;
     void applyRow(int y);
 
+    std::unique_ptr<ByteTable> table(const std::uint8_t (&entries)[256]) const;
+
     const std::vector<std::unique_ptr<PointwiseRows::Step>>& steps_;
+    effects::SaturationWidth widest_;
     cDIBSection& dib_;
     std::vector<std::unique_ptr<ByteTable>> lookups_;
     std::vector<TablePair> pairs_;

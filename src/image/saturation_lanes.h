@@ -44,9 +44,11 @@ int saturateLanes(std::uint8_t* row, int pixels, int mode, const SaturationSplit
 bool saturationLanes512Available();
 
 // As saturateLanes, 32 pixels at a time and the row's end through masks:
-// does the whole row and returns `pixels`.
+// does the whole row and returns `pixels`. With `before` (256 entries),
+// every colour byte is first replaced by its entry there, as a table step
+// right before the saturation would leave it.
 int saturateLanes512(std::uint8_t* row, int pixels, int mode, const SaturationSplit& split,
-                     const std::uint8_t* table);
+                     const std::uint8_t* table, const std::uint8_t* before = nullptr);
 
 // The widest lanes a saturation may take; tests cap it to hold each path
 // against the formula on a processor that runs them all.

@@ -3,11 +3,13 @@
 // widths around the lane count, at percents with and without exact halves.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
 #include <vector>
 
+#include "image/byte_table.h"
 #include "image/dib_section.h"
 #include "image/image_compare.h"
 #include "image/plain_effects.h"
@@ -162,6 +164,125 @@ TEST(SaturationLanes, Lanes16EqualTheFormula) {
 }
 
 TEST(SaturationLanes, TableEqualsTheFormula) { holdPathToFormula(effects::SaturationWidth::plain); }
+
+// Tables a step before the saturation may leave: the identity, one value,
+// a reversed and a stepped one, and shuffles (far from monotone).
+std::vector<std::vector<std::uint8_t>> lookupTables() {
+    std::vector<std::vector<std::uint8_t>> tables(6, std::vector<std::uint8_t>(256));
+    std::mt19937 rng(11);
+    for (int v = 0; v < 256; ++v) {
+        tables[0][v] = static_cast<std::uint8_t>(v);
+        tables[1][v] = 200;
+        tables[2][v] = static_cast<std::uint8_t>(255 - v);
+        tables[3][v] = static_cast<std::uint8_t>(v < 128 ? v * 2 : 255 - (v - 128) * 2);
+        tables[4][v] = static_cast<std::uint8_t>(rng());
+        tables[5][v] = static_cast<std::uint8_t>(v ^ 0x80);
+    }
+    std::shuffle(tables[5].begin(), tables[5].end(), rng);
+    return tables;
+}
+
+// A table and then the saturation in one call, through the lanes of
+// `width`, against the table applied plainly and the formula after it;
+// guard bytes after each row must stay untouched.
+void holdLookupAndSaturationToFormula(effects::SaturationWidth width) {
+    std::vector<cDIBSection> pictures;
+    unsigned seed = 70;
+    for (int w = 1; w <= 70; ++w) pictures.push_back(extremesPicture(w, 2, seed++));
+    for (int w : {95, 96, 97, 256, 257, 319, 511}) pictures.push_back(extremesPicture(w, 2, seed++));
+    pictures.push_back(allChannelsAndMeans(256));
+    const bool wide = width == effects::SaturationWidth::lanes32;
+    for (const std::vector<std::uint8_t>& entries : lookupTables()) {
+        std::uint8_t raw[256];
+        std::copy(entries.begin(), entries.end(), raw);
+        const ByteTable before(raw, wide);
+        for (int mode = 1; mode <= 7; ++mode)
+            for (int percent : {120, 110, 125, -75, 0, 100, -100, 333, 12899, -12800, 12900}) {
+                SCOPED_TRACE(testing::Message() << "mode " << mode << " percent " << percent << " table "
+                                                << int(raw[0]) << "," << int(raw[1]) << "," << int(raw[255]));
+                SaturationRow s;
+                ASSERT_TRUE(s.prepare(percent, mode, width));
+                for (const cDIBSection& in : pictures) {
+                    SCOPED_TRACE(in.Width());
+                    cDIBSection fast = in, plain = in;
+                    const std::size_t bytes = static_cast<std::size_t>(in.Width()) * 3;
+                    std::vector<std::uint8_t> buffer(bytes + 128);
+                    for (int y = 0; y < in.Height(); ++y) {
+                        std::memset(buffer.data() + bytes, kGuard, 128);
+                        std::memcpy(buffer.data(), fast.rowBits(y), bytes);
+                        s.applyAfter(buffer.data(), in.Width(), before);
+                        for (std::size_t i = bytes; i < buffer.size(); ++i)
+                            ASSERT_EQ(kGuard, buffer[i]) << "wrote past the row at " << i;
+                        std::memcpy(fast.rowBits(y), buffer.data(), bytes);
+                        std::uint8_t* p = plain.rowBits(y);
+                        for (std::size_t i = 0; i < bytes; ++i) p[i] = raw[p[i]];
+                    }
+                    plainSaturation(plain, percent, mode);
+                    ASSERT_TRUE(sameImage(plain, fast));
+                }
+            }
+    }
+}
+
+TEST(SaturationLanes, Lanes32WithATableFirstEqualTheFormula) {
+    if (!effects::saturationLanes512Available()) GTEST_SKIP() << "no AVX-512 VBMI";
+    holdLookupAndSaturationToFormula(effects::SaturationWidth::lanes32);
+}
+
+TEST(SaturationLanes, Lanes16WithATableFirstEqualTheFormula) {
+    if (!effects::saturationLanesAvailable()) GTEST_SKIP() << "no AVX2";
+    holdLookupAndSaturationToFormula(effects::SaturationWidth::lanes16);
+}
+
+TEST(SaturationLanes, PlainTableFirstEqualsTheFormula) {
+    holdLookupAndSaturationToFormula(effects::SaturationWidth::plain);
+}
+
+// Runs of contrast, brightness (flat over the buffer or on the colour
+// bytes) and saturation, with every lane width capped, against the effects
+// one after another: pad bytes included, and the flat brightness's end
+// inside the picture's last rows.
+TEST(SaturationLanes, PointwiseRunsWithEachLaneWidthEqualTheEffects) {
+    using W = effects::SaturationWidth;
+    struct Step {
+        char kind;  // c contrast, b brightness, f flat brightness, s saturation
+        int a, b;
+    };
+    const std::vector<std::vector<Step>> runs = {
+        {{'c', 20, 0}, {'f', 10, 0}, {'s', 120, 7}},
+        {{'f', 10, 0}, {'c', -40, 0}, {'s', 110, 1}, {'s', 50, 3}},
+        {{'b', 30, 0}, {'s', 125, 2}, {'c', 300, 0}},
+        {{'f', -30, 0}, {'s', -75, 6}, {'b', 25, 0}, {'s', 333, 5}},
+        {{'c', 60, 0}, {'s', 120, 4}},
+        {{'c', 15, 0}, {'b', -20, 0}, {'f', 40, 0}, {'s', 115, 7}},
+    };
+    std::vector<int> widths;
+    for (int w = 1; w <= 70; ++w) widths.push_back(w);
+    for (int w : {97, 255, 301}) widths.push_back(w);
+    unsigned seed = 500;
+    for (const W cap : {W::lanes32, W::lanes16, W::plain})
+        for (const auto& run : runs)
+            for (const int w : widths) {
+                SCOPED_TRACE(testing::Message() << "cap " << int(cap) << " width " << w << " first " << run[0].kind);
+                cDIBSection in = extremesPicture(w, 4, seed++);
+                for (int y = 0; y < in.Height(); ++y)
+                    for (int i = w * 3; i < in.BytesPerScanLine(); ++i)
+                        in.rowBits(y)[i] = static_cast<std::uint8_t>(37 * i + 11 * y);
+                cDIBSection together = in, oneByOne = in;
+                PointwiseRows rows(cap);
+                for (const Step& step : run) {
+                    switch (step.kind) {
+                        case 'c': rows.contrast(step.a); oneByOne.effectKontrastBits(step.a); break;
+                        case 'b': rows.brightness(step.a); oneByOne.effectBrightnessBits(step.a); break;
+                        case 'f': rows.brightnessFlat(step.a); oneByOne.effectBrightnessBitsFast(step.a); break;
+                        default: rows.saturation(step.a, step.b); oneByOne.effectFarbeSaturation(step.a, step.b);
+                    }
+                }
+                rows.run(together);
+                const std::size_t n = static_cast<std::size_t>(in.BytesPerScanLine()) * in.Height();
+                ASSERT_EQ(0, std::memcmp(oneByOne.DIBSectionBitsPtr(), together.DIBSectionBitsPtr(), n));
+            }
+}
 
 }  // namespace
 }  // namespace brindle

@@ -158,3 +158,41 @@ TEST(DesignChainRows, AShrinkAfterAFrameOnAColourRunsWithIt) {
 
 }  // namespace
 }  // namespace brindle::studio
+
+namespace brindle::studio {
+namespace {
+
+// A table step right before a colour step is looked up in the colour step's
+// pass: every mode after colour tables, flat ones and both paired, on widths
+// around the lane counts, pad bytes included, alone and before a sharpening.
+TEST(DesignChainRows, ATableBeforeAColourStepRunsInItsPass) {
+    const std::vector<std::string> before[] = {
+        {"Kontrast(20)", "Helligkeit(10,0)"},
+        {"Helligkeit(-15,0)", "Kontrast(70)"},
+        {"Helligkeit(40,1)"},
+        {"Helligkeit(-60,0)"},
+        {"Kontrast(-30)", "Helligkeit(5,1)"},
+    };
+    std::vector<int> widths;
+    for (int w = 1; w <= 70; ++w) widths.push_back(w);
+    for (int w : {95, 97, 255, 333}) widths.push_back(w);
+    unsigned seed = 700;
+    for (int mode = 1; mode <= 7; ++mode)
+        for (const auto& tables : before)
+            for (const int w : widths) {
+                std::vector<std::string> lines = tables;
+                lines.push_back("Color(" + std::to_string(mode == 3 ? 110 : 120 + 5 * mode) + "," +
+                                std::to_string(mode) + ")");
+                if (w % 3 == 0) lines.push_back("Schärfen(5)");
+                SCOPED_TRACE(testing::Message() << w << " " << lines[0] << " " << lines[lines.size() - 1]);
+                const StepEnv env = envFor(ChainMode::Batch);
+                const cDIBSection in = dirtyPads(w, w % 3 == 0 ? 35 : 3, seed++);
+                cDIBSection together = in, oneByOne = in;
+                applyChain(together, lines, env);
+                for (const std::string& line : lines) applyStep(oneByOne, line, env);
+                ASSERT_TRUE(sameBytes(oneByOne, together));
+            }
+}
+
+}  // namespace
+}  // namespace brindle::studio
