@@ -58,73 +58,47 @@ inline std::uint8_t* offsetBy(const std::uint8_t* row, int offset) {
                                            static_cast<std::uintptr_t>(offset));
 }
 
-// 32 bytes of a row from `offset`, zeros outside 0 .. bytes - 1.
-BRINDLE_AVX512 inline __m256i loadRow(const std::uint8_t* row, int offset, int bytes) {
-    if (offset >= 0 && offset + 32 <= bytes)
-        return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(row + offset));
-    const std::uint32_t mask = laneBits(std::max(0, -offset), std::min(32, bytes - offset));
-    if (mask == 0) return _mm256_setzero_si256();
-    return _mm256_maskz_loadu_epi8(mask, offsetBy(row, offset));
+// 16 bytes of a row from `offset`, zeros outside 0 .. bytes - 1.
+BRINDLE_AVX512 inline __m128i loadChunk(const std::uint8_t* row, int offset, int bytes) {
+    if (offset >= 0 && offset + 16 <= bytes)
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(row + offset));
+    const std::uint32_t mask = laneBits(std::max(0, -offset), std::min(16, bytes - offset));
+    if (mask == 0) return _mm_setzero_si128();
+    return _mm_maskz_loadu_epi8(static_cast<__mmask16>(mask), offsetBy(row, offset));
 }
 
 // Writes the bytes of v that fall on columns 6 .. bytes - 4 of the row.
-BRINDLE_AVX512 inline void storeRow(std::uint8_t* row, int offset, int bytes, __m256i v) {
-    if (offset >= 6 && offset + 32 <= bytes - 3) {
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(row + offset), v);
+BRINDLE_AVX512 inline void storeChunk(std::uint8_t* row, int offset, int bytes, __m128i v) {
+    if (offset >= 6 && offset + 16 <= bytes - 3) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(row + offset), v);
         return;
     }
-    const std::uint32_t mask = laneBits(std::max(0, 6 - offset), std::min(32, bytes - 3 - offset));
-    if (mask != 0) _mm256_mask_storeu_epi8(offsetBy(row, offset), mask, v);
+    const std::uint32_t mask = laneBits(std::max(0, 6 - offset), std::min(16, bytes - 3 - offset));
+    if (mask != 0) _mm_mask_storeu_epi8(offsetBy(row, offset), static_cast<__mmask16>(mask), v);
 }
 
-// The low 256 bits; the cast intrinsic makes GCC 12 warn of an undefined value.
-BRINDLE_AVX512 inline __m256i lowHalf(__m512i v) {
-    return reinterpret_cast<__m256i>(
-        __builtin_shufflevector(reinterpret_cast<__v8di>(v), reinterpret_cast<__v8di>(v), 0, 1, 2, 3));
-}
-
-// Four 16x16 byte transposes at once, one in each 128-bit quarter: quarter
-// q of v[r] holds row r of block q before and column r of it after.
-BRINDLE_AVX512 inline __attribute__((always_inline)) void transpose(__m512i v[16]) {
-    __m512i a[16];
-    for (int i = 0; i < 8; ++i) {
-        a[2 * i] = _mm512_unpacklo_epi8(v[2 * i], v[2 * i + 1]);
-        a[2 * i + 1] = _mm512_unpackhi_epi8(v[2 * i], v[2 * i + 1]);
-    }
-    // a[2i]: rows 2i, 2i+1 interleaved for columns 0..7; a[2i+1] for 8..15.
-    for (int i = 0; i < 4; ++i)
-        for (int h = 0; h < 2; ++h) {
-            v[4 * i + 2 * h] = _mm512_unpacklo_epi16(a[4 * i + h], a[4 * i + 2 + h]);
-            v[4 * i + 2 * h + 1] = _mm512_unpackhi_epi16(a[4 * i + h], a[4 * i + 2 + h]);
-        }
-    // v[4i + k]: rows 4i .. 4i+3, columns 4k .. 4k+3.
-    for (int i = 0; i < 2; ++i)
-        for (int k = 0; k < 4; ++k) {
-            a[8 * i + 2 * k] = _mm512_maskz_unpacklo_epi32(0xFFFF, v[8 * i + k], v[8 * i + 4 + k]);
-            a[8 * i + 2 * k + 1] = _mm512_maskz_unpackhi_epi32(0xFFFF, v[8 * i + k], v[8 * i + 4 + k]);
-        }
-    // a[8i + j]: rows 8i .. 8i+7, columns 2j, 2j+1.
-    for (int j = 0; j < 8; ++j) {
-        v[2 * j] = _mm512_maskz_unpacklo_epi64(0xFF, a[j], a[8 + j]);
-        v[2 * j + 1] = _mm512_maskz_unpackhi_epi64(0xFF, a[j], a[8 + j]);
-    }
-}
-
-// Byte indices for the widening after the load: word i of a step takes byte
-// i of quarter 0 or 2 (steps 0..15 of the block) or of quarter 1 or 3 (16..31).
-BRINDLE_AVX512 inline __m512i widenIndex(int firstQuarter) {
+// After two rounds of unpacks quarter j of a vector holds four steps t as
+// dwords of the rows 16h + 4j + (0, 2, 1, 3), h the row half; the byte
+// indices that gather step t of all 32 lanes from both halves into words.
+BRINDLE_AVX512 inline __m512i widenIndex(int t) {
+    static constexpr int kByteOf[4] = {0, 2, 1, 3};  // row 4j + k sits at byte kByteOf[k]
     alignas(64) std::uint8_t idx[64] = {};
-    for (int i = 0; i < kLanes; ++i)
-        idx[2 * i] = static_cast<std::uint8_t>((i < 16 ? 0 : 32) + 16 * firstQuarter + i % 16);
+    for (int i = 0; i < kLanes; ++i) {
+        const int half = i / 16, j = i % 16 / 4, k = i % 4;
+        idx[2 * i] = static_cast<std::uint8_t>(64 * half + 16 * j + 4 * t + kByteOf[k]);
+    }
     return _mm512_load_si512(idx);
 }
 
-// Byte indices for the narrowing before the store: the inverse of the above,
-// the low bytes of two steps' words into the four quarters.
+// Storing: the low bytes of two steps' words interleaved step by step, rows
+// 8q .. 8q + 7 in quarter q; three rounds of unpacks then leave 16 steps of
+// one row in each quarter.
 BRINDLE_AVX512 inline __m512i narrowIndex() {
     alignas(64) std::uint8_t idx[64];
-    static constexpr int kFrom[4] = {0, 64, 32, 96};  // word 0 or 16 of the first or second step
-    for (int j = 0; j < 64; ++j) idx[j] = static_cast<std::uint8_t>(kFrom[j / 16] + 2 * (j % 16));
+    for (int q = 0; q < 4; ++q)
+        for (int u = 0; u < 8; ++u)
+            for (int f = 0; f < 2; ++f)
+                idx[16 * q + 2 * u + f] = static_cast<std::uint8_t>(64 * f + 2 * (8 * q + u));
     return _mm512_load_si512(idx);
 }
 
@@ -140,24 +114,75 @@ struct SharpenWavefront512::Carry {
     __m512i last[3], prev[3], prevprev[3];
 };
 
+namespace {
+
+// Loading: a vector holds 16 bytes of four rows, one to a 128-bit quarter,
+// so that filling it costs loads and blends rather than shuffles: rows
+// first + 4j in quarter j, from step s.
+template <bool kInside>
+BRINDLE_AVX512 inline __attribute__((always_inline)) __m512i fourRows(std::uint8_t* const* rows,
+                                                                      int first, int s, int bytes) {
+    const auto at = [&](int j) BRINDLE_AVX512 {
+        const int r = first + 4 * j;
+        if constexpr (kInside)
+            return _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows[r] + (s - 6 * r)));
+        else
+            return loadChunk(rows[r], s - 6 * r, bytes);
+    };
+    __m512i v = _mm512_zextsi128_si512(at(0));
+    v = _mm512_inserti32x4(v, at(1), 1);
+    v = _mm512_inserti32x4(v, at(2), 2);
+    return _mm512_inserti32x4(v, at(3), 3);
+}
+
+// Steps s .. s + 15 of all 32 lanes as words at `at`: two rounds of unpacks
+// and a two-vector byte permute that also widens.
+template <bool kInside>
+BRINDLE_AVX512 inline __attribute__((always_inline)) void loadSteps(std::uint8_t* const* rows,
+                                                                    int s, int bytes,
+                                                                    const __m512i widen[4],
+                                                                    std::int16_t* at) {
+    constexpr __mmask64 kLowBytes = 0x5555555555555555ULL;
+    __m512i y[2][2][2];  // row half, rows + 0 or + 1 (and + 2, + 3), steps 0..7 or 8..15
+#pragma GCC unroll 2
+    for (int h = 0; h < 2; ++h) {
+        __m512i x[4];
+#pragma GCC unroll 4
+        for (int k = 0; k < 4; ++k) x[k] = fourRows<kInside>(rows, 16 * h + k, s, bytes);
+#pragma GCC unroll 2
+        for (int p = 0; p < 2; ++p) {
+            y[h][p][0] = _mm512_unpacklo_epi8(x[p], x[p + 2]);
+            y[h][p][1] = _mm512_unpackhi_epi8(x[p], x[p + 2]);
+        }
+    }
+#pragma GCC unroll 2
+    for (int a = 0; a < 2; ++a) {
+        __m512i z[2][2];  // row half; steps 8a .. 8a + 3 or 8a + 4 .. 8a + 7
+#pragma GCC unroll 2
+        for (int h = 0; h < 2; ++h) {
+            z[h][0] = _mm512_unpacklo_epi16(y[h][0][a], y[h][1][a]);
+            z[h][1] = _mm512_unpackhi_epi16(y[h][0][a], y[h][1][a]);
+        }
+#pragma GCC unroll 2
+        for (int b = 0; b < 2; ++b)
+#pragma GCC unroll 4
+            for (int t = 0; t < 4; ++t)
+                _mm512_store_si512(at + (8 * a + 4 * b + t) * kLanes,
+                                   _mm512_maskz_permutex2var_epi8(kLowBytes, z[0][b], widen[t], z[1][b]));
+    }
+}
+
+}  // namespace
+
 BRINDLE_AVX512 void SharpenWavefront512::loadLanes(std::uint8_t* const* rows, int from, int to,
                                                    int base) {
-    const __m512i low = widenIndex(0), high = widenIndex(1);
-    constexpr __mmask64 kLowBytes = 0x5555555555555555ULL;
-    for (int s0 = from; s0 < to; s0 += 32) {
-        __m512i v[16];
-        for (int r = 0; r < 16; ++r) {
-            const __m256i a = loadRow(rows[r], s0 - 6 * r, bytes_);
-            const __m256i b = loadRow(rows[r + 16], s0 - 6 * (r + 16), bytes_);
-            v[r] = _mm512_maskz_inserti64x4(0xFF, _mm512_castsi256_si512(a), b, 1);
-        }
-        transpose(v);
-        std::int16_t* at = lanesAt(s0, base);
-        for (int k = 0; k < 16; ++k) {
-            _mm512_storeu_si512(at + k * kLanes, _mm512_maskz_permutexvar_epi8(kLowBytes, low, v[k]));
-            _mm512_storeu_si512(at + (16 + k) * kLanes,
-                                _mm512_maskz_permutexvar_epi8(kLowBytes, high, v[k]));
-        }
+    const __m512i widen[4] = {widenIndex(0), widenIndex(1), widenIndex(2), widenIndex(3)};
+    for (int s = from; s < to; s += 16) {
+        // Every row's 16 bytes inside it: no masks.
+        if (s >= 6 * (kLanes - 1) && s + 16 <= bytes_)
+            loadSteps<true>(rows, s, bytes_, widen, lanesAt(s, base));
+        else
+            loadSteps<false>(rows, s, bytes_, widen, lanesAt(s, base));
     }
 }
 
@@ -234,22 +259,88 @@ BRINDLE_AVX512 void SharpenWavefront512::sweepPiece(int base, int end, Carry& ca
     carry = Carry{{l0, l1, l2}, {p0, p1, p2}, {pp0, pp1, pp2}};
 }
 
+namespace {
+
+// Quarter q of v holds 16 steps of row 8q + u from step s; rows 0 (below)
+// and 31 (above) are not the band's. In the middle of the row the extracts
+// fold into their stores and cost no shuffle.
+template <int kQuarter, bool kInside>
+BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarter(std::uint8_t* const* rows,
+                                                                       int u, __m512i v, int s,
+                                                                       int bytes) {
+    const int r = 8 * kQuarter + u;
+    if (r == 0 || r == kLanes - 1) return;
+    // GCC 12 warns of the undefined value the extract intrinsic starts from.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+    if constexpr (kInside && kQuarter == 0)
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[r] + (s - 6 * r)), _mm512_castsi512_si128(v));
+    else if constexpr (kInside)
+        asm("vextracti32x4 %[q], %[v], %[m]"
+            : [m] "=m"(*reinterpret_cast<__m128i_u*>(rows[r] + (s - 6 * r)))
+            : [v] "v"(v), [q] "i"(kQuarter));
+    else
+        storeChunk(rows[r], s - 6 * r, bytes, _mm512_extracti32x4_epi32(v, kQuarter));
+#pragma GCC diagnostic pop
+}
+
+template <bool kInside>
+BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarters(std::uint8_t* const* rows,
+                                                                        int u, __m512i v, int s,
+                                                                        int bytes) {
+    storeQuarter<0, kInside>(rows, u, v, s, bytes);
+    storeQuarter<1, kInside>(rows, u, v, s, bytes);
+    storeQuarter<2, kInside>(rows, u, v, s, bytes);
+    storeQuarter<3, kInside>(rows, u, v, s, bytes);
+}
+
+// Steps s .. s + 15 at `at` back into the rows: a two-vector byte permute
+// that narrows, then three rounds of unpacks.
+template <bool kInside>
+BRINDLE_AVX512 inline __attribute__((always_inline)) void storeSteps(std::uint8_t* const* rows,
+                                                                     int s, int bytes,
+                                                                     __m512i narrow,
+                                                                     const std::int16_t* at) {
+    __m512i p[8];
+#pragma GCC unroll 8
+    for (int e = 0; e < 8; ++e)
+        p[e] = _mm512_permutex2var_epi8(_mm512_load_si512(at + 2 * e * kLanes), narrow,
+                                        _mm512_load_si512(at + (2 * e + 1) * kLanes));
+    __m512i q[4][2];  // steps 4e .. 4e + 3; rows u 0..3 or 4..7 of each quarter
+#pragma GCC unroll 4
+    for (int e = 0; e < 4; ++e) {
+        q[e][0] = _mm512_unpacklo_epi16(p[2 * e], p[2 * e + 1]);
+        q[e][1] = _mm512_unpackhi_epi16(p[2 * e], p[2 * e + 1]);
+    }
+#pragma GCC unroll 2
+    for (int b2 = 0; b2 < 2; ++b2) {
+        __m512i r[2][2];  // steps 8e .. 8e + 7; rows u + 0, 1 or + 2, 3
+#pragma GCC unroll 2
+        for (int e = 0; e < 2; ++e) {
+            r[e][0] = _mm512_maskz_unpacklo_epi32(0xFFFF, q[2 * e][b2], q[2 * e + 1][b2]);
+            r[e][1] = _mm512_maskz_unpackhi_epi32(0xFFFF, q[2 * e][b2], q[2 * e + 1][b2]);
+        }
+#pragma GCC unroll 2
+        for (int b3 = 0; b3 < 2; ++b3) {
+            const int u = 4 * b2 + 2 * b3;
+            storeQuarters<kInside>(rows, u, _mm512_maskz_unpacklo_epi64(0xFF, r[0][b3], r[1][b3]), s, bytes);
+            storeQuarters<kInside>(rows, u + 1, _mm512_maskz_unpackhi_epi64(0xFF, r[0][b3], r[1][b3]), s,
+                                   bytes);
+        }
+    }
+}
+
+}  // namespace
+
 BRINDLE_AVX512 void SharpenWavefront512::storeLanes(std::uint8_t* const* rows, int from, int to,
                                                     int base) const {
     const __m512i narrow = narrowIndex();
-    for (int s0 = from; s0 < to; s0 += 32) {
-        const std::int16_t* at = lanesAt(s0, base);
-        __m512i v[16];
-        for (int k = 0; k < 16; ++k)
-            v[k] = _mm512_permutex2var_epi8(_mm512_loadu_si512(at + k * kLanes), narrow,
-                                            _mm512_loadu_si512(at + (16 + k) * kLanes));
-        transpose(v);
-        // Lane 0 (the row below) and lane 31 (the row above) are not the band's.
-        for (int r = 0; r < 16; ++r) {
-            if (r > 0) storeRow(rows[r], s0 - 6 * r, bytes_, lowHalf(v[r]));
-            if (r < 15)
-                storeRow(rows[r + 16], s0 - 6 * (r + 16), bytes_, _mm512_maskz_extracti64x4_epi64(0xF, v[r], 1));
-        }
+    for (int s = from; s < to; s += 16) {
+        // Rows 1 .. 30 take their 16 bytes whole.
+        if (s >= 6 + 6 * kRows && s + 10 <= bytes_ - 3)
+            storeSteps<true>(rows, s, bytes_, narrow, lanesAt(s, base));
+        else
+            storeSteps<false>(rows, s, bytes_, narrow, lanesAt(s, base));
     }
 }
 
