@@ -186,77 +186,104 @@ BRINDLE_AVX512 void SharpenWavefront512::loadLanes(std::uint8_t* const* rows, in
     }
 }
 
+namespace {
+
+// What every step of the sweep uses.
+struct SweepConstants {
+    __m512i centre, multiplier, shift, top, up;
+};
+
+// One chain of steps (s mod 3): its outputs three, six and nine steps back,
+// and the rows above three and six steps on.
+struct Chain {
+    __m512i last, prev, prevprev, ahead3, ahead6;
+};
+
+// One step of one chain at `at`; lanes outside `keep` keep their byte.
+BRINDLE_AVX512 inline __attribute__((always_inline)) void sweepStep(std::int16_t* at, __mmask32 keep,
+                                                                    Chain& c, const SweepConstants& k) {
+    const __m512i raw = _mm512_load_si512(at);
+    const __m512i ahead9 = above(at + 9 * kLanes);
+    const __m512i known = _mm512_add_epi16(_mm512_load_si512(at + 3 * kLanes),
+                                           _mm512_add_epi16(c.ahead3, _mm512_add_epi16(c.ahead6, ahead9)));
+    const __m512i scaled = _mm512_mullo_epi16(raw, k.centre);
+    const __m512i down = _mm512_add_epi16(c.last, _mm512_add_epi16(c.prev, c.prevprev));
+    const __m512i sum = _mm512_add_epi16(_mm512_permutexvar_epi16(k.up, down),
+                                         _mm512_add_epi16(c.last, known));
+    // Both sides are at least 0, so the unsigned saturation is the clamp at 0.
+    const __m512i n = _mm512_subs_epu16(scaled, _mm512_add_epi16(sum, sum));
+    const __m512i q = _mm512_srlv_epi16(_mm512_mulhi_epu16(n, k.multiplier), k.shift);
+    const __m512i out = _mm512_mask_min_epu16(raw, keep, q, k.top);
+    _mm512_store_si512(at, out);
+    c.prevprev = c.prev;
+    c.prev = c.last;
+    c.last = out;
+    c.ahead3 = c.ahead6;
+    c.ahead6 = ahead9;
+}
+
+// Steps s .. until - 1 (s a multiple of 3) from `at`, keepOf(s) the lanes
+// sharpened at step s. The chains stay in registers for the whole run.
+template <class Keep>
+BRINDLE_AVX512 inline __attribute__((always_inline)) void sweepSteps(std::int16_t*& at, int& s, int until,
+                                                                     Chain (&chains)[3],
+                                                                     const SweepConstants& k, Keep keepOf) {
+    Chain c0 = chains[0], c1 = chains[1], c2 = chains[2];
+    std::int16_t* p = at;
+    int t = s;
+    for (; t < until; t += 3, p += 3 * kLanes) {
+        sweepStep(p, keepOf(t), c0, k);
+        sweepStep(p + kLanes, keepOf(t + 1), c1, k);
+        sweepStep(p + 2 * kLanes, keepOf(t + 2), c2, k);
+    }
+    chains[0] = c0;
+    chains[1] = c1;
+    chains[2] = c2;
+    at = p;
+    s = t;
+}
+
+}  // namespace
+
 // Sums and sweep in one pass. For lane i at step s, with q the sharpened
 // bytes: centre x raw(s) - 2 x (raw(s + 3) + q(s - 3) + lane i - 1's q at
 // s - 9, s - 6, s - 3 + lane i + 1's raw at s + 3, s + 6, s + 9). The part
 // without this lane's q(s - 3) and the lane below is summed beside the
 // chain; what is left on it is one permute, four adds and the division.
 BRINDLE_AVX512 void SharpenWavefront512::sweepPiece(int base, int end, Carry& carry) {
-    const __m512i centre = _mm512_set1_epi16(static_cast<short>(centre_));
-    const __m512i multiplier = _mm512_set1_epi16(static_cast<short>(division_.multiplier));
-    const __m512i shift = _mm512_set1_epi16(static_cast<short>(division_.shift));
-    const __m512i top = _mm512_set1_epi16(255);
     alignas(64) std::int16_t upIdx[kLanes];
     for (int i = 0; i < kLanes; ++i) upIdx[i] = static_cast<std::int16_t>(i > 0 ? i - 1 : 0);
-    const __m512i up = _mm512_load_si512(upIdx);
+    const SweepConstants k{_mm512_set1_epi16(static_cast<short>(centre_)),
+                           _mm512_set1_epi16(static_cast<short>(division_.multiplier)),
+                           _mm512_set1_epi16(static_cast<short>(division_.shift)),
+                           _mm512_set1_epi16(255), _mm512_load_si512(upIdx)};
     // Lanes 1 .. 30 whose byte lies in 6 .. bytes - 4; the others keep their byte.
     const int lastFull = bytes_ - 4;
-    const auto inside = [&](int s) -> __mmask32 {
+    const auto inside = [lastFull](int s) -> __mmask32 {
         const int hi = s >= 6 ? std::min(kRows, (s - 6) / 6) : 0;
         const int beyond = s - lastFull;
         const int lo = beyond > 0 ? std::max(1, (beyond + 5) / 6) : 1;
         return laneBits(lo, hi + 1);
     };
-    const __mmask32 allInside = laneBits(1, kRows + 1);
-    // One step of one chain at `at`: its outputs three, six and nine steps
-    // back, and the rows above three and six steps on.
-    const auto step = [&](std::int16_t* at, __mmask32 keep, __m512i& last, __m512i& prev,
-                          __m512i& prevprev, __m512i& ahead3, __m512i& ahead6) BRINDLE_AVX512 {
-        const __m512i raw = _mm512_load_si512(at);
-        const __m512i ahead9 = above(at + 9 * kLanes);
-        const __m512i known = _mm512_add_epi16(_mm512_load_si512(at + 3 * kLanes),
-                                               _mm512_add_epi16(ahead3, _mm512_add_epi16(ahead6, ahead9)));
-        const __m512i scaled = _mm512_mullo_epi16(raw, centre);
-        const __m512i down = _mm512_add_epi16(last, _mm512_add_epi16(prev, prevprev));
-        const __m512i sum = _mm512_add_epi16(_mm512_permutexvar_epi16(up, down),
-                                             _mm512_add_epi16(last, known));
-        // Both sides are at least 0, so the unsigned saturation is the clamp at 0.
-        const __m512i n = _mm512_subs_epu16(scaled, _mm512_add_epi16(sum, sum));
-        const __m512i q = _mm512_srlv_epi16(_mm512_mulhi_epu16(n, multiplier), shift);
-        const __m512i out = _mm512_mask_min_epu16(raw, keep, q, top);
-        _mm512_store_si512(at, out);
-        prevprev = prev;
-        prev = last;
-        last = out;
-        ahead3 = ahead6;
-        ahead6 = ahead9;
-    };
-    __m512i l0 = carry.last[0], l1 = carry.last[1], l2 = carry.last[2];
-    __m512i p0 = carry.prev[0], p1 = carry.prev[1], p2 = carry.prev[2];
-    __m512i pp0 = carry.prevprev[0], pp1 = carry.prevprev[1], pp2 = carry.prevprev[2];
+    const auto allInside = [](int) -> __mmask32 { return laneBits(1, kRows + 1); };
     std::int16_t* at = lanesAt(base, base);
-    __m512i a30 = above(at + 3 * kLanes), a31 = above(at + 4 * kLanes), a32 = above(at + 5 * kLanes);
-    __m512i a60 = above(at + 6 * kLanes), a61 = above(at + 7 * kLanes), a62 = above(at + 8 * kLanes);
+    Chain chains[3];
+    for (int j = 0; j < 3; ++j)
+        chains[j] = Chain{carry.last[j], carry.prev[j], carry.prevprev[j], above(at + (3 + j) * kLanes),
+                          above(at + (6 + j) * kLanes)};
     const int firstFull = 6 + 6 * kRows;
     int s = base;
     // Before the middle, the middle, and after it.
     const int middle = std::max(s, std::min(end, (firstFull + 2) / 3 * 3));
     const int after = std::max(middle, std::min(end, (lastFull + 6 - 2) / 3 * 3 + 3));
-    const auto edges = [&](int until) BRINDLE_AVX512 {
-        for (; s < until; s += 3, at += 3 * kLanes) {
-            step(at, inside(s), l0, p0, pp0, a30, a60);
-            step(at + kLanes, inside(s + 1), l1, p1, pp1, a31, a61);
-            step(at + 2 * kLanes, inside(s + 2), l2, p2, pp2, a32, a62);
-        }
-    };
-    edges(middle);
-    for (; s < after; s += 3, at += 3 * kLanes) {
-        step(at, allInside, l0, p0, pp0, a30, a60);
-        step(at + kLanes, allInside, l1, p1, pp1, a31, a61);
-        step(at + 2 * kLanes, allInside, l2, p2, pp2, a32, a62);
+    sweepSteps(at, s, middle, chains, k, inside);
+    sweepSteps(at, s, after, chains, k, allInside);
+    sweepSteps(at, s, end, chains, k, inside);
+    for (int j = 0; j < 3; ++j) {
+        carry.last[j] = chains[j].last;
+        carry.prev[j] = chains[j].prev;
+        carry.prevprev[j] = chains[j].prevprev;
     }
-    edges(end);
-    carry = Carry{{l0, l1, l2}, {p0, p1, p2}, {pp0, pp1, pp2}};
 }
 
 namespace {
