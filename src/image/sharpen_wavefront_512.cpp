@@ -130,9 +130,9 @@ BRINDLE_AVX512 inline __attribute__((always_inline)) __m512i fourRows(std::uint8
             return loadChunk(rows[r], s - 6 * r, bytes);
     };
     __m512i v = _mm512_zextsi128_si512(at(0));
-    v = _mm512_inserti32x4(v, at(1), 1);
-    v = _mm512_inserti32x4(v, at(2), 2);
-    return _mm512_inserti32x4(v, at(3), 3);
+    v = _mm512_mask_broadcast_i32x4(v, 0x00F0, at(1));
+    v = _mm512_mask_broadcast_i32x4(v, 0x0F00, at(2));
+    return _mm512_mask_broadcast_i32x4(v, 0xF000, at(3));
 }
 
 // Steps s .. s + 15 of all 32 lanes as words at `at`: two rounds of unpacks
