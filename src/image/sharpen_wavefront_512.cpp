@@ -77,19 +77,6 @@ BRINDLE_AVX512 inline void storeChunk(std::uint8_t* row, int offset, int bytes, 
     if (mask != 0) _mm_mask_storeu_epi8(offsetBy(row, offset), static_cast<__mmask16>(mask), v);
 }
 
-// After two rounds of unpacks quarter j of a vector holds four steps t as
-// dwords of the rows 16h + 4j + (0, 2, 1, 3), h the row half; the byte
-// indices that gather step t of all 32 lanes from both halves into words.
-BRINDLE_AVX512 inline __m512i widenIndex(int t) {
-    static constexpr int kByteOf[4] = {0, 2, 1, 3};  // row 4j + k sits at byte kByteOf[k]
-    alignas(64) std::uint8_t idx[64] = {};
-    for (int i = 0; i < kLanes; ++i) {
-        const int half = i / 16, j = i % 16 / 4, k = i % 4;
-        idx[2 * i] = static_cast<std::uint8_t>(64 * half + 16 * j + 4 * t + kByteOf[k]);
-    }
-    return _mm512_load_si512(idx);
-}
-
 // Storing: the low bytes of two steps' words interleaved step by step, rows
 // 8q .. 8q + 7 in quarter q; three rounds of unpacks then leave 16 steps of
 // one row in each quarter.
@@ -118,12 +105,12 @@ namespace {
 
 // Loading: a vector holds 16 bytes of four rows, one to a 128-bit quarter,
 // so that filling it costs loads and blends rather than shuffles: rows
-// first + 4j in quarter j, from step s.
+// first + 8j in quarter j, from step s.
 template <bool kInside>
 BRINDLE_AVX512 inline __attribute__((always_inline)) __m512i fourRows(std::uint8_t* const* rows,
                                                                       int first, int s, int bytes) {
     const auto at = [&](int j) BRINDLE_AVX512 {
-        const int r = first + 4 * j;
+        const int r = first + 8 * j;
         if constexpr (kInside)
             return _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows[r] + (s - 6 * r)));
         else
@@ -135,54 +122,55 @@ BRINDLE_AVX512 inline __attribute__((always_inline)) __m512i fourRows(std::uint8
     return _mm512_mask_broadcast_i32x4(v, 0xF000, at(3));
 }
 
-// Steps s .. s + 15 of all 32 lanes as words at `at`: two rounds of unpacks
-// and a two-vector byte permute that also widens.
+// Steps s .. s + 15 of all 32 lanes as words at `at`. Three rounds of
+// unpacks leave in quarter j of each vector two steps of the rows 8j ..
+// 8j + 7 in order (the rows go in bit-reversed, which the unpacks undo);
+// unpacking with zeros then widens each step into its lanes.
 template <bool kInside>
 BRINDLE_AVX512 inline __attribute__((always_inline)) void loadSteps(std::uint8_t* const* rows,
                                                                     int s, int bytes,
-                                                                    const __m512i widen[4],
                                                                     std::int16_t* at) {
-    constexpr __mmask64 kLowBytes = 0x5555555555555555ULL;
-    __m512i y[2][2][2];  // row half, rows + 0 or + 1 (and + 2, + 3), steps 0..7 or 8..15
-#pragma GCC unroll 2
-    for (int h = 0; h < 2; ++h) {
-        __m512i x[4];
+    static constexpr int kRowOf[8] = {0, 4, 2, 6, 1, 5, 3, 7};
+    __m512i x[8];
+#pragma GCC unroll 8
+    for (int k = 0; k < 8; ++k) x[k] = fourRows<kInside>(rows, kRowOf[k], s, bytes);
+    __m512i y[4][2];  // steps 0..7 or 8..15
 #pragma GCC unroll 4
-        for (int k = 0; k < 4; ++k) x[k] = fourRows<kInside>(rows, 16 * h + k, s, bytes);
-#pragma GCC unroll 2
-        for (int p = 0; p < 2; ++p) {
-            y[h][p][0] = _mm512_unpacklo_epi8(x[p], x[p + 2]);
-            y[h][p][1] = _mm512_unpackhi_epi8(x[p], x[p + 2]);
-        }
+    for (int k = 0; k < 4; ++k) {
+        y[k][0] = _mm512_unpacklo_epi8(x[k], x[k + 4]);
+        y[k][1] = _mm512_unpackhi_epi8(x[k], x[k + 4]);
     }
+    const __m512i zero = _mm512_setzero_si512();
 #pragma GCC unroll 2
-    for (int a = 0; a < 2; ++a) {
-        __m512i z[2][2];  // row half; steps 8a .. 8a + 3 or 8a + 4 .. 8a + 7
+    for (int a = 0; a < 2; ++a)
 #pragma GCC unroll 2
-        for (int h = 0; h < 2; ++h) {
-            z[h][0] = _mm512_unpacklo_epi16(y[h][0][a], y[h][1][a]);
-            z[h][1] = _mm512_unpackhi_epi16(y[h][0][a], y[h][1][a]);
+        for (int b = 0; b < 2; ++b) {
+            // Steps 8a + 4b .. 8a + 4b + 3.
+            const __m512i z0 = b == 0 ? _mm512_unpacklo_epi16(y[0][a], y[2][a])
+                                      : _mm512_unpackhi_epi16(y[0][a], y[2][a]);
+            const __m512i z1 = b == 0 ? _mm512_unpacklo_epi16(y[1][a], y[3][a])
+                                      : _mm512_unpackhi_epi16(y[1][a], y[3][a]);
+#pragma GCC unroll 2
+            for (int c = 0; c < 2; ++c) {
+                const __m512i w = c == 0 ? _mm512_maskz_unpacklo_epi32(0xFFFF, z0, z1)
+                                         : _mm512_maskz_unpackhi_epi32(0xFFFF, z0, z1);
+                std::int16_t* step = at + (8 * a + 4 * b + 2 * c) * kLanes;
+                _mm512_store_si512(step, _mm512_unpacklo_epi8(w, zero));
+                _mm512_store_si512(step + kLanes, _mm512_unpackhi_epi8(w, zero));
+            }
         }
-#pragma GCC unroll 2
-        for (int b = 0; b < 2; ++b)
-#pragma GCC unroll 4
-            for (int t = 0; t < 4; ++t)
-                _mm512_store_si512(at + (8 * a + 4 * b + t) * kLanes,
-                                   _mm512_maskz_permutex2var_epi8(kLowBytes, z[0][b], widen[t], z[1][b]));
-    }
 }
 
 }  // namespace
 
 BRINDLE_AVX512 void SharpenWavefront512::loadLanes(std::uint8_t* const* rows, int from, int to,
                                                    int base) {
-    const __m512i widen[4] = {widenIndex(0), widenIndex(1), widenIndex(2), widenIndex(3)};
     for (int s = from; s < to; s += 16) {
         // Every row's 16 bytes inside it: no masks.
         if (s >= 6 * (kLanes - 1) && s + 16 <= bytes_)
-            loadSteps<true>(rows, s, bytes_, widen, lanesAt(s, base));
+            loadSteps<true>(rows, s, bytes_, lanesAt(s, base));
         else
-            loadSteps<false>(rows, s, bytes_, widen, lanesAt(s, base));
+            loadSteps<false>(rows, s, bytes_, lanesAt(s, base));
     }
 }
 
