@@ -188,16 +188,18 @@ struct Chain {
 };
 
 // One step of one chain at `at`; lanes outside `keep` keep their byte.
-BRINDLE_AVX512 inline __attribute__((always_inline)) void sweepStep(std::int16_t* at, __mmask32 keep,
-                                                                    Chain& c, const SweepConstants& k) {
+BRINDLE_AVX512 inline __attribute__((always_inline)) void sweepStep(std::int16_t* at,
+                                                                    __mmask32 keep, Chain& c,
+                                                                    const SweepConstants& k) {
     const __m512i raw = _mm512_load_si512(at);
     const __m512i ahead9 = above(at + 9 * kLanes);
-    const __m512i known = _mm512_add_epi16(_mm512_load_si512(at + 3 * kLanes),
-                                           _mm512_add_epi16(c.ahead3, _mm512_add_epi16(c.ahead6, ahead9)));
+    const __m512i known =
+        _mm512_add_epi16(_mm512_load_si512(at + 3 * kLanes),
+                         _mm512_add_epi16(c.ahead3, _mm512_add_epi16(c.ahead6, ahead9)));
     const __m512i scaled = _mm512_mullo_epi16(raw, k.centre);
     const __m512i down = _mm512_add_epi16(c.last, _mm512_add_epi16(c.prev, c.prevprev));
-    const __m512i sum = _mm512_add_epi16(_mm512_permutexvar_epi16(k.up, down),
-                                         _mm512_add_epi16(c.last, known));
+    const __m512i sum =
+        _mm512_add_epi16(_mm512_permutexvar_epi16(k.up, down), _mm512_add_epi16(c.last, known));
     // Both sides are at least 0, so the unsigned saturation is the clamp at 0.
     const __m512i n = _mm512_subs_epu16(scaled, _mm512_add_epi16(sum, sum));
     const __m512i q = _mm512_srlv_epi16(_mm512_mulhi_epu16(n, k.multiplier), k.shift);
@@ -213,9 +215,10 @@ BRINDLE_AVX512 inline __attribute__((always_inline)) void sweepStep(std::int16_t
 // Steps s .. until - 1 (s a multiple of 3) from `at`, keepOf(s) the lanes
 // sharpened at step s. The chains stay in registers for the whole run.
 template <class Keep>
-BRINDLE_AVX512 inline __attribute__((always_inline)) void sweepSteps(std::int16_t*& at, int& s, int until,
-                                                                     Chain (&chains)[3],
-                                                                     const SweepConstants& k, Keep keepOf) {
+BRINDLE_AVX512 inline __attribute__((always_inline)) void sweepSteps(std::int16_t*& at, int& s,
+                                                                     int until, Chain (&chains)[3],
+                                                                     const SweepConstants& k,
+                                                                     Keep keepOf) {
     Chain c0 = chains[0], c1 = chains[1], c2 = chains[2];
     std::int16_t* p = at;
     int t = s;
@@ -257,8 +260,8 @@ BRINDLE_AVX512 void SharpenWavefront512::sweepPiece(int base, int end, Carry& ca
     std::int16_t* at = lanesAt(base, base);
     Chain chains[3];
     for (int j = 0; j < 3; ++j)
-        chains[j] = Chain{carry.last[j], carry.prev[j], carry.prevprev[j], above(at + (3 + j) * kLanes),
-                          above(at + (6 + j) * kLanes)};
+        chains[j] = Chain{carry.last[j], carry.prev[j], carry.prevprev[j],
+                          above(at + (3 + j) * kLanes), above(at + (6 + j) * kLanes)};
     const int firstFull = 6 + 6 * kRows;
     int s = base;
     // Before the middle, the middle, and after it.
@@ -285,18 +288,21 @@ BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarter(std::uint
                                                                        int bytes) {
     const int r = 8 * kQuarter + u;
     if (r == 0 || r == kLanes - 1) return;
-    // GCC 12 warns of the undefined value the extract intrinsic starts from.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-    if constexpr (kInside && kQuarter == 0)
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[r] + (s - 6 * r)), _mm512_castsi512_si128(v));
-    else if constexpr (kInside)
+    if constexpr (kInside && kQuarter == 0) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(rows[r] + (s - 6 * r)),
+                         _mm512_castsi512_si128(v));
+    } else if constexpr (kInside) {
+        // GCC 12 extracts into a register first, a shuffle, unless told.
         asm("vextracti32x4 %[q], %[v], %[m]"
             : [m] "=m"(*reinterpret_cast<__m128i_u*>(rows[r] + (s - 6 * r)))
             : [v] "v"(v), [q] "i"(kQuarter));
-    else
+    } else {
+        // GCC 12 warns of the undefined value the extract intrinsic starts from.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
         storeChunk(rows[r], s - 6 * r, bytes, _mm512_extracti32x4_epi32(v, kQuarter));
 #pragma GCC diagnostic pop
+    }
 }
 
 template <bool kInside>
@@ -338,9 +344,10 @@ BRINDLE_AVX512 inline __attribute__((always_inline)) void storeSteps(std::uint8_
 #pragma GCC unroll 2
         for (int b3 = 0; b3 < 2; ++b3) {
             const int u = 4 * b2 + 2 * b3;
-            storeQuarters<kInside>(rows, u, _mm512_maskz_unpacklo_epi64(0xFF, r[0][b3], r[1][b3]), s, bytes);
-            storeQuarters<kInside>(rows, u + 1, _mm512_maskz_unpackhi_epi64(0xFF, r[0][b3], r[1][b3]), s,
-                                   bytes);
+            storeQuarters<kInside>(rows, u, _mm512_maskz_unpacklo_epi64(0xFF, r[0][b3], r[1][b3]),
+                                   s, bytes);
+            storeQuarters<kInside>(rows, u + 1,
+                                   _mm512_maskz_unpackhi_epi64(0xFF, r[0][b3], r[1][b3]), s, bytes);
         }
     }
 }
@@ -376,8 +383,7 @@ BRINDLE_AVX512 void SharpenWavefront512::band(std::uint8_t* const* rows) {
         sweepPiece(base, pieceEnd, carry);
         storeLanes(rows, base, (pieceEnd + 31) / 32 * 32, base);
         if (pieceEnd < end)
-            std::memmove(lanesAt(0, 0), lanesAt(kPiece, 0),
-                         kAhead * kLanes * sizeof(std::int16_t));
+            std::memmove(lanesAt(0, 0), lanesAt(kPiece, 0), kAhead * kLanes * sizeof(std::int16_t));
     }
 }
 
