@@ -282,6 +282,9 @@ namespace {
 // Quarter q of v holds 16 steps of row 8q + u from step s; rows 0 (below)
 // and 31 (above) are not the band's. In the middle of the row the extracts
 // fold into their stores and cost no shuffle.
+// GCC 12 warns of the undefined value the extract intrinsic starts from.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 template <int kQuarter, bool kInside>
 BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarter(std::uint8_t* const* rows,
                                                                        int u, __m512i v, int s,
@@ -297,13 +300,10 @@ BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarter(std::uint
             : [m] "=m"(*reinterpret_cast<__m128i_u*>(rows[r] + (s - 6 * r)))
             : [v] "v"(v), [q] "i"(kQuarter));
     } else {
-        // GCC 12 warns of the undefined value the extract intrinsic starts from.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
         storeChunk(rows[r], s - 6 * r, bytes, _mm512_extracti32x4_epi32(v, kQuarter));
-#pragma GCC diagnostic pop
     }
 }
+#pragma GCC diagnostic pop
 
 template <bool kInside>
 BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarters(std::uint8_t* const* rows,
