@@ -128,6 +128,26 @@ TEST(SharpenWavefront, BandsOfThirtyGiveTheFormulasBytes) {
     checkBandsUpTo(effects::SharpenWavefront512::kRows);
 }
 
+TEST(SharpenWavefront, BandsOfThirtyGiveTheFormulasBytesAtEveryRowLength) {
+    // The band moves its rows in chunks of 16 steps, taken whole only where
+    // all 32 rows lie inside them: every row length from below the first
+    // whole chunk to a few chunks past it, so that each row end falls on
+    // each byte of a chunk, in one band alone and in two.
+    if (!effects::SharpenWavefront512::available()) GTEST_SKIP() << "no AVX-512 here";
+    unsigned seed = 3;
+    for (int w = 58; w <= 110; ++w)
+        for (int h : {32, 62})
+            for (int strength : {-6, 5, 104}) {
+                SCOPED_TRACE(testing::Message() << w << "x" << h << " strength " << strength);
+                for (const cDIBSection& in : {noisePicture(w, h, seed++), extremes(w, h, seed++)}) {
+                    cDIBSection fast = in, plain = in;
+                    effects::sharpenWithBandsUpTo(fast, strength, effects::SharpenWavefront512::kRows);
+                    plainSharpen(plain, strength);
+                    ASSERT_TRUE(sameImage(plain, fast));
+                }
+            }
+}
+
 TEST(SharpenWavefront, BandsOfSixteenGiveTheFormulasBytes) {
     if (!effects::SharpenWavefrontWide::available()) GTEST_SKIP() << "no AVX2 here";
     checkBandsUpTo(effects::SharpenWavefrontWide::kLanes);
