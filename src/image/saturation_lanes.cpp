@@ -24,6 +24,14 @@ bool splitSaturation(int percent, SaturationSplit& out) {
     return true;
 }
 
+void saturateFromTable(std::uint8_t* p, const std::uint8_t* original, const std::uint8_t* table) {
+    const int b = original[0], g = original[1], r = original[2];
+    const std::uint8_t* row = table + laneThird(b + g + r) * 256;
+    p[0] = row[b];
+    p[1] = row[g];
+    p[2] = row[r];
+}
+
 #if defined(BRINDLE_AVX2)
 
 bool saturationLanesAvailable() { return __builtin_cpu_supports("avx2"); }
@@ -111,15 +119,6 @@ BRINDLE_AVX2 __m128i toBytes(__m256i v) {
     return _mm256_castsi256_si128(_mm256_permute4x64_epi64(packed, 0x08));
 }
 
-// A pixel at an exact half, by the effect's table.
-void fromTable(std::uint8_t* p, const std::uint8_t* original, const std::uint8_t* table) {
-    const int b = original[0], g = original[1], r = original[2];
-    const std::uint8_t* row = table + laneThird(b + g + r) * 256;
-    p[0] = row[b];
-    p[1] = row[g];
-    p[2] = row[r];
-}
-
 template <int Mode>
 BRINDLE_AVX2 int saturateMode(std::uint8_t* row, int pixels, const SaturationSplit& split,
                               const std::uint8_t* table) {
@@ -159,7 +158,7 @@ BRINDLE_AVX2 int saturateMode(std::uint8_t* row, int pixels, const SaturationSpl
         _mm_storeu_si128(reinterpret_cast<__m128i*>(original + 16), p1);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(original + 32), p2);
         for (int i = 0; i < 16; ++i)
-            if (half & (3u << (2 * i))) fromTable(p + 3 * i, original + 3 * i, table);
+            if (half & (3u << (2 * i))) saturateFromTable(p + 3 * i, original + 3 * i, table);
     }
     return x;
 }

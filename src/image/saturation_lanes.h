@@ -31,6 +31,10 @@ constexpr int laneThird(int sum) { return ((sum + 1) * 21846) >> 16; }
 constexpr int kSignedDivide100 = 20972;
 constexpr int laneFloor100(int y) { return ((y * kSignedDivide100) >> 16) >> 5; }
 
+// A pixel at an exact half, by the effect's table (entry mean x 256 + channel):
+// p takes the results for the channels at `original`.
+void saturateFromTable(std::uint8_t* p, const std::uint8_t* original, const std::uint8_t* table);
+
 // True when this processor runs the lanes.
 bool saturationLanesAvailable();
 

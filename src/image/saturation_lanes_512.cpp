@@ -138,15 +138,6 @@ BRINDLE_AVX512 __m512i pick(__mmask32 take, __m512i old, __m512i changed) {
     return _mm512_mask_blend_epi16(take, old, changed);
 }
 
-// A pixel at an exact half, by the effect's table.
-void fromTable(std::uint8_t* p, const std::uint8_t* original, const std::uint8_t* table) {
-    const int b = original[0], g = original[1], r = original[2];
-    const std::uint8_t* row = table + laneThird(b + g + r) * 256;
-    p[0] = row[b];
-    p[1] = row[g];
-    p[2] = row[r];
-}
-
 // Which of the 96 bytes at p a block reads and writes: `front` of the
 // first 64, `back` of the 32 after them; `valid` the pixels among the 32.
 struct Block {
@@ -223,7 +214,7 @@ BRINDLE_AVX512 void saturateBlock(std::uint8_t* p, Block m, const Lanes& k, cons
         _mm512_store_si512(original + 64, in.back);
         for (; half != 0; half &= half - 1) {
             const int i = __builtin_ctz(half);
-            fromTable(p + 3 * i, original + 3 * i, table);
+            saturateFromTable(p + 3 * i, original + 3 * i, table);
         }
     }
 }

@@ -28,16 +28,21 @@ bool findLaneDivision(int divisor, int maxNumerator, LaneDivision& out) {
     return false;
 }
 
-bool SharpenWavefront::prepare(int strength, int width) {
-    const long long centre = static_cast<long long>(strength) + 24;
+bool prepareLaneStrength(int strength, int width, LaneDivision& division, int& centre) {
+    const long long c = static_cast<long long>(strength) + 24;
     const long long divisor = static_cast<long long>(strength) + 8;
     // The largest sum is 255 x centre; the smallest stays above -6000.
-    if (divisor < 1 || centre < 0 || 255 * centre > 32767 || width < 4) return false;
-    if (!findLaneDivision(static_cast<int>(divisor), static_cast<int>(255 * centre), division_))
+    if (divisor < 1 || c < 0 || 255 * c > 32767 || width < 4) return false;
+    if (!findLaneDivision(static_cast<int>(divisor), static_cast<int>(255 * c), division))
         return false;
+    centre = static_cast<int>(c);
+    return true;
+}
+
+bool SharpenWavefront::prepare(int strength, int width) {
+    if (!prepareLaneStrength(strength, width, division_, centre_)) return false;
     width_ = width;
     bytes_ = width * 3;
-    centre_ = static_cast<int>(centre);
     lastStep_ = bytes_ - 4 + 6 * (kLanes - 1);
     steps_ = (lastStep_ + 1 + 16 + 7) / 8 * 8;
     const std::size_t size = static_cast<std::size_t>(steps_) * kLanes;

@@ -21,6 +21,11 @@ struct LaneDivision {
 // false when none fits in 16 bits.
 bool findLaneDivision(int divisor, int maxNumerator, LaneDivision& out);
 
+// The strengths every band takes: sums within 16-bit lanes and a divisor
+// with an exact multiply-shift; false otherwise (the caller keeps its
+// scalar path). `centre` is the centre weight.
+bool prepareLaneStrength(int strength, int width, LaneDivision& division, int& centre);
+
 class SharpenWavefront {
   public:
     static constexpr int kLanes = 8;

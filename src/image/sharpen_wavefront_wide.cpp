@@ -14,13 +14,8 @@
 namespace brindle::effects {
 
 bool SharpenWavefrontWide::prepare(int strength, int width) {
-    const long long centre = static_cast<long long>(strength) + 24;
-    const long long divisor = static_cast<long long>(strength) + 8;
-    if (divisor < 1 || centre < 0 || 255 * centre > 32767 || width < 4) return false;
-    if (!findLaneDivision(static_cast<int>(divisor), static_cast<int>(255 * centre), division_))
-        return false;
+    if (!prepareLaneStrength(strength, width, division_, centre_)) return false;
     bytes_ = width * 3;
-    centre_ = static_cast<int>(centre);
     lastStep_ = bytes_ - 4 + 6 * (kLanes - 1);
     steps_ = (lastStep_ + 1 + 16 + 15) / 16 * 16;
     raw_.assign(static_cast<std::size_t>(kPiece + 16) * kLanes, 0);
