@@ -278,8 +278,10 @@ namespace {
 // and 31 (above) are not the band's. In the middle of the row the extracts
 // fold into their stores and cost no shuffle.
 // GCC 12 warns of the undefined value the extract intrinsic starts from.
+#if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 template <int kQuarter, bool kInside>
 BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarter(std::uint8_t* const* rows,
                                                                        int u, __m512i v, int s,
@@ -298,7 +300,9 @@ BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarter(std::uint
         storeChunk(rows[r], s - 6 * r, bytes, _mm512_extracti32x4_epi32(v, kQuarter));
     }
 }
+#if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic pop
+#endif
 
 template <bool kInside>
 BRINDLE_AVX512 inline __attribute__((always_inline)) void storeQuarters(std::uint8_t* const* rows,
