@@ -83,35 +83,27 @@ bool SaturationRow::prepare(int percent, int mode, effects::SaturationWidth wide
     return true;
 }
 
-void SaturationRow::apply(std::uint8_t* row, int width) const {
-    const std::uint8_t* t = table_.data();
-    switch (mode_) {
-        case 1: return saturateRow<1>(row, width, t, lanes_, split_);
-        case 2: return saturateRow<2>(row, width, t, lanes_, split_);
-        case 3: return saturateRow<3>(row, width, t, lanes_, split_);
-        case 4: return saturateRow<4>(row, width, t, lanes_, split_);
-        case 5: return saturateRow<5>(row, width, t, lanes_, split_);
-        case 6: return saturateRow<6>(row, width, t, lanes_, split_);
-        case 7: return saturateRow<7>(row, width, t, lanes_, split_);
-        default: return;
-    }
-}
+void SaturationRow::apply(std::uint8_t* row, int width) const { run(row, width, nullptr); }
 
 void SaturationRow::applyAfter(std::uint8_t* row, int width, const ByteTable& before) const {
     if (lanes_ != effects::SaturationWidth::lanes32 || mode_ < 1 || mode_ > 7) {
         before.apply(row, static_cast<std::size_t>(width) * 3);
         return apply(row, width);
     }
+    run(row, width, before.entries());
+}
+
+void SaturationRow::run(std::uint8_t* row, int width, const std::uint8_t* before) const {
     const std::uint8_t* t = table_.data();
-    const std::uint8_t* b = before.entries();
     switch (mode_) {
-        case 1: return saturateRow<1>(row, width, t, lanes_, split_, b);
-        case 2: return saturateRow<2>(row, width, t, lanes_, split_, b);
-        case 3: return saturateRow<3>(row, width, t, lanes_, split_, b);
-        case 4: return saturateRow<4>(row, width, t, lanes_, split_, b);
-        case 5: return saturateRow<5>(row, width, t, lanes_, split_, b);
-        case 6: return saturateRow<6>(row, width, t, lanes_, split_, b);
-        default: return saturateRow<7>(row, width, t, lanes_, split_, b);
+        case 1: return saturateRow<1>(row, width, t, lanes_, split_, before);
+        case 2: return saturateRow<2>(row, width, t, lanes_, split_, before);
+        case 3: return saturateRow<3>(row, width, t, lanes_, split_, before);
+        case 4: return saturateRow<4>(row, width, t, lanes_, split_, before);
+        case 5: return saturateRow<5>(row, width, t, lanes_, split_, before);
+        case 6: return saturateRow<6>(row, width, t, lanes_, split_, before);
+        case 7: return saturateRow<7>(row, width, t, lanes_, split_, before);
+        default: return;
     }
 }
 

@@ -30,6 +30,9 @@ class SaturationRow {
     void applyAfter(std::uint8_t* row, int width, const ByteTable& before) const;
 
   private:
+    // `before`: a table the 32-pixel lanes look up first (null: none).
+    void run(std::uint8_t* row, int width, const std::uint8_t* before) const;
+
     int mode_ = 0;
     std::vector<std::uint8_t> table_;  // entry mean x 256 + channel
     effects::SaturationWidth lanes_ = effects::SaturationWidth::plain;
