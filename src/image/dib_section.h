@@ -170,7 +170,7 @@ class cDIBSection {
     void effectGröße(int width, int height, ProgressWord* progress = nullptr);
     void effectErweitern(int left, int top, int right, int bottom,
                          ProgressWord* progress = nullptr);
-    // A smaller picture written over this one's own buffer: its buffer row
+    // A picture no larger written over this one's own buffer: its buffer row
     // k reads this one's buffer row source[k] (-1: none) and `make` writes
     // its colour bytes; the pad bytes become zero. False, with nothing
     // changed, when a row would cover a row still to be read.

@@ -27,32 +27,20 @@ std::vector<Run> columnRuns(int d, int width) {
     return runs;
 }
 
-// Target row d + i reads source row j(i) >= i (the picture only shrinks),
-// and j(i) - i never falls. Rows whose source lies above them are done
-// from the middle upwards, the others from the middle downwards, so that
-// every source row is read before the shrink writes over it.
-void shrinkInside(cDIBSection& dib, int d) {
+// The picture squeezed into the inside of its own buffer; the border rows
+// and columns are left for the painting. A shrink never has to cover a row
+// still to be read, so this is false only where that check would fail.
+bool shrinkInside(cDIBSection& dib, int d) {
     const int w = dib.Width(), h = dib.Height();
-    const Surface s = dib.hdc();
     const std::vector<Run> runs = columnRuns(d, w);
     const int inside = h - 2 * d;
-    std::vector<std::uint8_t> line(static_cast<std::size_t>(w) * 3);
-    const auto shrinkRow = [&](int i) {
-        const int from = pixelUnder(i, h, inside);
-        const std::uint8_t* in = s.row(from);
-        // A row shrunk into itself is read whole first.
-        if (from == d + i) {
-            std::memcpy(line.data(), in, line.size());
-            in = line.data();
-        }
-        std::uint8_t* out = s.row(d + i);
+    std::vector<int> source(static_cast<std::size_t>(h), -1);  // by buffer row, from the bottom
+    for (int i = 0; i < inside; ++i) source[h - 1 - (d + i)] = h - 1 - pixelUnder(i, h, inside);
+    return dib.rebuildSmaller(w, h, source, [&](int, std::uint8_t* out, const std::uint8_t* in) {
+        if (!in) return;
         for (const Run& r : runs)
             std::memcpy(out + r.dst * 3, in + r.src * 3, static_cast<std::size_t>(r.count) * 3);
-    };
-    int split = 0;  // the first row whose source is not above it
-    while (split < inside && pixelUnder(split, h, inside) < d + split) ++split;
-    for (int i = split - 1; i >= 0; --i) shrinkRow(i);
-    for (int i = split; i < inside; ++i) shrinkRow(i);
+    });
 }
 
 // The border in the colour; pad bytes at the row ends are zero as in a
@@ -88,7 +76,7 @@ bool frameOnColourInPlace(cDIBSection& dib, std::uint32_t colour, int light, int
                           int thickness, ProgressWord* progress) {
     const int d = thickness;
     if (dib.empty() || d < 1 || dib.Width() <= 2LL * d || dib.Height() <= 2LL * d) return false;
-    shrinkInside(dib, d);
+    if (!shrinkInside(dib, d)) return false;
     paintBorder(dib, colour, d);
     dib.effectRahmen(light, shadow, d, progress);
     return true;
